@@ -1,0 +1,66 @@
+#pragma once
+
+#include "platform/data.h"
+#include "platform/page.h"
+
+#include <string>
+#include <string_view>
+
+namespace tabrixdb::platform {
+
+// The site's disk, by physical path. Paths are found as the site's own tools find them: where the host
+// ignores case, without regard to case.
+class FileSystem {
+public:
+    virtual ~FileSystem() = default;
+    virtual bool file_exists(std::string_view path) = 0;
+    // The whole file as UTF-8 text, converted from the site's code page. Error 53 when it is not there,
+    // 70 when it can't be read.
+    virtual std::string read_text(std::string_view path) = 0;
+};
+
+// Evaluates expressions, without files and without objects to create.
+class ScriptControl : public Object {
+public:
+    virtual void set_language(std::string_view language) = 0;
+    virtual void set_allow_ui(bool allow) = 0;
+    virtual Variant eval(std::string_view expression) = 0;
+};
+
+// The intrinsic objects of the page that runs on this thread.
+struct PageObjects {
+    Ref<Response> response;
+    Ref<Request> request;
+    Ref<Session> session;
+    Ref<Server> server;
+    Ref<Application> application;
+};
+
+// Everything that a host supplies to the engine.
+class Host {
+public:
+    virtual ~Host() = default;
+    // Asked by every new engine object. Error when no page runs on this thread.
+    virtual PageObjects page() = 0;
+    virtual Ref<Connection> create_connection() = 0;
+    virtual Ref<Recordset> create_recordset() = 0;
+    virtual Ref<ScriptControl> create_script_control() = 0;
+    virtual FileSystem& file_system() = 0;
+
+    // The host of this thread; Error 91 when there is none.
+    static Host& current();
+};
+
+// Makes a host the thread's current one until the end of the scope.
+class HostScope {
+public:
+    explicit HostScope(Host& host) noexcept;
+    ~HostScope();
+    HostScope(const HostScope&) = delete;
+    HostScope& operator=(const HostScope&) = delete;
+
+private:
+    Host* previous_;
+};
+
+} // namespace tabrixdb::platform
