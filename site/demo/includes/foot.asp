@@ -1,0 +1,3 @@
+</main>
+</body>
+</html>
