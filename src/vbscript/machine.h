@@ -1,0 +1,59 @@
+#pragma once
+
+#include "automation/interrupt.h"
+#include "automation/object.h"
+#include "vbscript/source.h"
+
+#include <memory>
+#include <optional>
+#include <string_view>
+
+namespace tabrixdb::vbscript {
+
+// A compiled unit: immutable, shared by any number of machines on any threads.
+class Program;
+
+// Compiles a unit. Raises ScriptError (compile_error true) at the first mistake.
+std::shared_ptr<const Program> compile(Source source);
+
+// What a machine needs from the world around it.
+class Environment {
+public:
+    virtual ~Environment() = default;
+    // CreateObject: raises Error 429 for a class that is not known.
+    virtual Ref<Object> create_object(std::string_view program_id) = 0;
+    // A name that no script declares (Response, Request, ...); nullptr when the host has none either.
+    virtual Object* global_object(std::string_view name) = 0;
+    virtual void write(const Variant& value) = 0;          // Piece::Kind::Expression
+    virtual void write_literal(std::string_view text) = 0; // Piece::Kind::Literal
+};
+
+struct Limits {
+    std::size_t recursion = 400; // nested procedure calls; one more is Error 28
+};
+
+enum class Outcome : std::uint8_t { Finished, Stopped }; // Stopped: see Interrupt::reason()
+
+// One script engine: the global names of the units that it ran, and Err. Belongs to one thread at a time.
+class Machine {
+public:
+    Machine(Environment& environment, Interrupt& interrupt, Limits limits = {});
+    ~Machine();
+    Machine(const Machine&) = delete;
+    Machine& operator=(const Machine&) = delete;
+
+    // Declares the unit's procedures, then runs its global statements. Raises ScriptError for a run-time
+    // error that no On Error Resume Next held.
+    Outcome run(std::shared_ptr<const Program> program);
+    // Calls a procedure of the units that ran; nullopt when none has that name or the run was stopped.
+    std::optional<Variant> call(std::string_view procedure, Arguments arguments);
+    bool has_procedure(std::string_view name) const;
+    // The value of one expression, with the machine's global names in sight. Raises ScriptError.
+    Variant eval(std::string_view expression);
+
+private:
+    class State;
+    std::unique_ptr<State> state_;
+};
+
+} // namespace tabrixdb::vbscript
