@@ -1,0 +1,4 @@
+<%
+Session("views") = Session("views") + 1
+Response.Write Session("views")
+%>
