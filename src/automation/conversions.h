@@ -44,12 +44,14 @@ std::optional<double> parse_date(std::string_view text);
 bool is_numeric(const Variant& value);
 bool is_date(const Variant& value);
 
-// The shortest text of a Double in at most 15 significant digits ("0.1", "1E+15", "-1.5E-05"), with
-// the Locale's decimal sign. Single: 7 digits.
+// The shortest text of a Double in at most 15 significant digits ("0.1", "1E+15", "0.00001"), with the
+// Locale's decimal sign; with an exponent where it would need more than 15 digits before or after that sign
+// ("3.33333333333333E-02"). Single: 7 digits.
 std::string number_text(double value, int significant_digits = 15);
 std::string currency_text(std::int64_t ten_thousandths);
 // Date and/or time in the Locale's short form: midnight prints no time, day 0 prints no date.
 std::string date_text(double days);
+void append_date_text(std::string& out, double days);
 
 // A halfway case goes to the even neighbour.
 double round_half_even(double value) noexcept;
@@ -69,5 +71,14 @@ DateParts date_parts(double days);
 double date_serial(int year, int month, int day);
 // Fraction of a day; parts may lie outside their range.
 double time_serial(int hour, int minute, int second);
+// A day and a fraction of a day as one date: before day 0 the fraction counts away from zero.
+double join_date_time(double day, double time) noexcept;
+// The local date and time of this machine, to the second.
+double now();
+// Appends the date by a pattern of the Locale's: d, dd, ddd, dddd, M, MM, MMM, MMMM, yy, yyyy, 'literal
+// text'.
+void append_date(std::string& out, const DateParts& parts, std::string_view pattern);
+// Appends the time of day in the Locale's long form.
+void append_time(std::string& out, const DateParts& parts);
 
 } // namespace tabrixdb

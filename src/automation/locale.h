@@ -24,7 +24,7 @@ struct Locale {
     bool pad_day_month; // 05/03/2026 rather than 5/3/2026
     bool clock_24;
     std::string_view am, pm;
-    std::string_view short_date; // patterns for the named formats: d, dd, ddd, dddd, M, MM, MMM, MMMM, yyyy
+    std::string_view short_date; // patterns of append_date() in conversions.h
     std::string_view long_date;
     int first_weekday; // 1 = Sunday; what "use the system's setting" means
     std::array<std::string_view, 12> months, short_months;

@@ -136,12 +136,33 @@ std::size_t step(std::string_view utf8, std::size_t at) noexcept {
 
 } // namespace
 
+namespace {
+
+// How many of the bytes from `at` are ASCII, as far as whole words of eight go.
+std::size_t ascii_run(std::string_view utf8, std::size_t at) noexcept {
+    std::size_t end = at;
+    for (; end + 8 <= utf8.size(); end += 8) {
+        std::uint64_t word;
+        std::memcpy(&word, utf8.data() + end, 8);
+        if (word & 0x8080808080808080u)
+            break;
+    }
+    return end - at;
+}
+
+} // namespace
+
 std::size_t utf16_length(std::string_view utf8) noexcept {
     std::size_t units = 0;
     for (std::size_t at = 0; at < utf8.size();) {
-        const std::size_t length = step(utf8, at);
-        units += length == 4 ? 2 : 1;
-        at += length;
+        const std::size_t run = ascii_run(utf8, at);
+        units += run;
+        at += run;
+        for (const std::size_t end = std::min(at + 8, utf8.size()); at < end;) {
+            const std::size_t length = step(utf8, at);
+            units += length == 4 ? 2 : 1;
+            at += length;
+        }
     }
     return units;
 }
@@ -149,9 +170,14 @@ std::size_t utf16_length(std::string_view utf8) noexcept {
 std::size_t byte_of_unit(std::string_view utf8, std::size_t unit) noexcept {
     std::size_t at = 0;
     for (std::size_t units = 0; at < utf8.size() && units < unit;) {
-        const std::size_t length = step(utf8, at);
-        units += length == 4 ? 2 : 1;
-        at += length;
+        const std::size_t run = std::min(ascii_run(utf8, at), unit - units);
+        units += run;
+        at += run;
+        for (const std::size_t end = std::min(at + 8, utf8.size()); at < end && units < unit;) {
+            const std::size_t length = step(utf8, at);
+            units += length == 4 ? 2 : 1;
+            at += length;
+        }
     }
     return at;
 }
@@ -186,6 +212,41 @@ char32_t next_code_point(std::string_view utf8, std::size_t& at) noexcept {
         code_point = (code_point << 6) | (static_cast<unsigned char>(utf8[at + i]) & 0x3F);
     at += length;
     return code_point;
+}
+
+std::string to_utf16(std::string_view utf8) {
+    std::string bytes;
+    bytes.reserve(utf8.size() * 2);
+    const auto add = [&bytes](char32_t unit) {
+        bytes += static_cast<char>(unit & 0xFF);
+        bytes += static_cast<char>(unit >> 8);
+    };
+    for (std::size_t at = 0; at < utf8.size();) {
+        const char32_t c = next_code_point(utf8, at);
+        if (c >= 0x10000) {
+            add(0xD800 + ((c - 0x10000) >> 10));
+            add(0xDC00 + ((c - 0x10000) & 0x3FF));
+        } else {
+            add(c);
+        }
+    }
+    return bytes;
+}
+
+void append_utf16(std::string& out, std::string_view bytes) {
+    const auto unit = [bytes](std::size_t at) {
+        return static_cast<char32_t>(static_cast<unsigned char>(bytes[at]) |
+                                     (static_cast<unsigned char>(bytes[at + 1]) << 8));
+    };
+    for (std::size_t at = 0; at + 1 < bytes.size(); at += 2) {
+        char32_t c = unit(at);
+        if (c >= 0xD800 && c < 0xDC00 && at + 3 < bytes.size() && unit(at + 2) >= 0xDC00 &&
+            unit(at + 2) < 0xE000) {
+            c = 0x10000 + ((c & 0x3FF) << 10) + (unit(at + 2) & 0x3FF);
+            at += 2;
+        }
+        append_utf8(out, c);
+    }
 }
 
 // --- Ignoring case ---------------------------------------------------------------------------------

@@ -105,6 +105,10 @@ std::size_t utf16_length(std::string_view utf8) noexcept;
 std::size_t byte_of_unit(std::string_view utf8, std::size_t unit) noexcept;
 // Appends the UTF-8 form of one code point (surrogates in their three-byte form).
 void append_utf8(std::string& out, char32_t code_point);
+// UTF-16 in little-endian byte order, as byte strings hold text: to it, and appended back from it (a last odd
+// byte is left out). Lone surrogates survive both ways.
+std::string to_utf16(std::string_view utf8);
+void append_utf16(std::string& out, std::string_view bytes);
 // The code point at byte `at`, which is moved past it; a malformed byte gives U+FFFD and moves by one.
 char32_t next_code_point(std::string_view utf8, std::size_t& at) noexcept;
 
