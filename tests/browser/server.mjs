@@ -37,7 +37,8 @@ export async function startServer({ extra } = {}) {
         }
         return failed;
     })();
-    const url = await Promise.race([listening, failed]);
+    const discard = () => rmSync(folder, { recursive: true, force: true });
+    const url = await Promise.race([listening, failed]).catch((error) => { discard(); throw error; });
     server.stdout.resume();
 
     return {
@@ -47,7 +48,7 @@ export async function startServer({ extra } = {}) {
         async stop() {
             server.kill('SIGTERM');
             const [code] = await exited;
-            rmSync(folder, { recursive: true, force: true });
+            discard();
             return code;
         },
     };
