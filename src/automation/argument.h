@@ -108,7 +108,16 @@ class Argument {
 public:
     explicit Argument(Variant& variable) : variable_(variable), held_(ArgumentType<T>::from(variable)) {}
 
-    std::conditional_t<kByReference, T&, const T&> get() { return held_; }
+    T& get()
+        requires kByReference
+    {
+        return held_;
+    }
+    const T& get() const
+        requires(!kByReference)
+    {
+        return held_;
+    }
 
     void write_back() {
         if constexpr (kByReference) {

@@ -40,7 +40,7 @@ using Thunk = Variant (*)(Object&, Arguments);
 // One member: which accesses it has and the C++ behind each.
 struct Member {
     std::string_view name;
-    std::vector<Parameter> parameters; // of Get (or the call); Let and Set take one more, the value
+    std::vector<Parameter> parameters = {}; // of Get (or the call); Let and Set take one more, the value
     Thunk get = nullptr;
     Thunk let = nullptr;
     Thunk set = nullptr;

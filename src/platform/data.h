@@ -32,6 +32,7 @@ inline constexpr std::int32_t kStateOpen = 1;
 
 // Bits of Column::attributes.
 inline constexpr std::int32_t kFieldUpdatable = 0x4;
+inline constexpr std::int32_t kFieldFixed = 0x10;
 inline constexpr std::int32_t kFieldIsNullable = 0x20;
 inline constexpr std::int32_t kFieldMayBeNull = 0x40;
 inline constexpr std::int32_t kFieldLong = 0x80;
@@ -40,10 +41,10 @@ inline constexpr std::int32_t kFieldKeyColumn = 0x8000;
 // Data type numbers (of ADO) that code names; others pass as numbers.
 namespace data_type {
 inline constexpr std::int32_t kSmallInt = 2, kInteger = 3, kSingle = 4, kDouble = 5, kCurrency = 6, kDate = 7,
-                              kBoolean = 11, kDecimal = 14, kTinyInt = 16, kBigInt = 20, kGuid = 72,
-                              kBinary = 128, kNumeric = 131, kDbDate = 133, kDbTime = 134, kDbTimeStamp = 135,
-                              kVarChar = 200, kLongVarChar = 201, kVarWChar = 202, kLongVarWChar = 203,
-                              kVarBinary = 204, kLongVarBinary = 205;
+                              kBoolean = 11, kDecimal = 14, kTinyInt = 16, kUnsignedTinyInt = 17,
+                              kBigInt = 20, kGuid = 72, kBinary = 128, kNumeric = 131, kDbDate = 133,
+                              kDbTime = 134, kDbTimeStamp = 135, kVarChar = 200, kLongVarChar = 201,
+                              kVarWChar = 202, kLongVarWChar = 203, kVarBinary = 204, kLongVarBinary = 205;
 }
 
 // How a column's values are written in a filter and which operators it gets.

@@ -40,8 +40,8 @@ struct PageObjects {
 class Host {
 public:
     virtual ~Host() = default;
-    // Asked by every new engine object. Error when no page runs on this thread.
-    virtual PageObjects page() = 0;
+    // Kept by the host for the whole page. Error when no page runs on this thread.
+    virtual const PageObjects& page() = 0;
     virtual Ref<Connection> create_connection() = 0;
     virtual Ref<Recordset> create_recordset() = 0;
     virtual Ref<ScriptControl> create_script_control() = 0;

@@ -1,0 +1,147 @@
+#include "engine/pro.h"
+
+#include "automation/conversions.h"
+#include "automation/member.h"
+#include "data/connections.h"
+#include "data/sources.h"
+#include "engine/report.h"
+#include "grid/clean_up.h"
+#include "grid/create_grid.h"
+#include "template/read_template.h"
+#include "web/page_address.h"
+
+// The face that pages see: the member table of Pro, and its methods, each of which hands the work to its room
+// under the label that failures are reported with.
+namespace tabrixdb {
+
+namespace {
+
+// A collection of the page's: assigning Nothing empties it, so that reading it always gives a collection.
+template <auto Field>
+Member collection(std::string_view name) {
+    Member member = field<Field>(name);
+    member.set = [](Object& object, Arguments arguments) {
+        const Argument<Ref<Collection>> assigned(*arguments.back());
+        static_cast<Pro&>(object).*Field = assigned.get() ? assigned.get() : make_ref<Collection>();
+        return Variant();
+    };
+    return member;
+}
+
+} // namespace
+
+const ClassInfo& Pro::class_info() const {
+    static const ClassInfo info(
+        "Pro", kProgramId,
+        {
+            field<&Pro::upload_handler>("UploadHandler"),
+            field<&Pro::buttons_goto_anchor>("ButtonsGotoAnchor"),
+            field<&Pro::download>("Download"),
+            field<&Pro::bar_graph>("BarGraph"),
+            field<&Pro::grid_edit_mode>("GridEditMode"),
+            field<&Pro::combine_grid_templates>("CombineGridTemplates"),
+            field<&Pro::sort_down_image>("SortDownImage"),
+            field<&Pro::sort_up_image>("SortUpImage"),
+            field<&Pro::show_sort_icons>("ShowSortIcons"),
+            field<&Pro::filter_image>("FilterImage"),
+            field<&Pro::clear_filter_image>("ClearFilterImage"),
+            field<&Pro::show_filter_icons>("ShowFilterIcons"),
+            field<&Pro::single_grid_template>("SingleGridTemplate"),
+            field<&Pro::script>("Script"),
+            field<&Pro::calendar>("Calendar"),
+            collection<&Pro::header_footer_tags>("HeaderFooterTags"),
+            collection<&Pro::connections>("Connection"),
+            collection<&Pro::sources>("Source"),
+            collection<&Pro::grids>("Grid"),
+            collection<&Pro::filter_forms>("FilterForm"),
+            field<&Pro::debug_mode>("DebugMode"),
+            field<&Pro::script_validate_tags>("Script_Validate_Tags"),
+            field<&Pro::submit_handler>("SubmitHandler"),
+            field<&Pro::goto_bookmark>("GotoBookMark"),
+            field<&Pro::ado_errors>("ADOErrors"),
+            property<&Pro::admin_email, &Pro::set_admin_email>("AdminEmail"),
+            method<&Pro::create_connection>(
+                "CreateConnection", {"ConnectionID", {"ConnectionString", ""}, {"AccessDatabase", ""}}),
+            method<&Pro::create_source>("CreateSource", {"SourceID",
+                                                         "SQL",
+                                                         "ConnectionID",
+                                                         {"CursorType", std::int16_t{3}},
+                                                         {"LockType", std::int16_t{3}},
+                                                         {"Dynamic", false},
+                                                         {"CursorLocation", std::int16_t{3}},
+                                                         {"Options", std::int16_t{-1}}}),
+            method<&Pro::get_table_name>("GetTableName", {"SQL"}),
+            method<&Pro::read_template>("ReadTemplate",
+                                        {"Template", {"StripBody", true}, {"ForScript", false}}),
+            method<&Pro::create_grid>("CreateGrid", {"GridID",
+                                                     "SourceID",
+                                                     {"Template", ""},
+                                                     {"Header_Template", ""},
+                                                     {"Footer_Template", ""},
+                                                     {"ROW", std::int16_t{10}},
+                                                     {"RowInc", std::int16_t{5}},
+                                                     {"SourceISAnotherGrid", false},
+                                                     {"GridMode", false}}),
+            method<&Pro::url_address>("UrlAddress", {{"Query", false}}),
+            method<&Pro::query_include>("QueryInclude", {"Qparams", {"Encode", true}}),
+            method<&Pro::clean_up>("CleanUp"),
+        });
+    return info;
+}
+
+void Pro::create_connection(std::string& connection_id, std::string& connection_string,
+                            std::string& access_database) {
+    tabrixdb::create_connection(*this, connection_id, connection_string, access_database);
+}
+
+void Pro::create_source(std::string& source_id, std::string& sql, std::string& connection_id,
+                        std::int16_t cursor_type, Variant& lock_type, bool dynamic, Variant& cursor_location,
+                        Variant& options) {
+    guard("CreateSource", [&] {
+        const SourceOptions wanted{cursor_type, to_integer(lock_type), to_long(cursor_location),
+                                   to_long(options)};
+        const auto create = dynamic ? create_dynamic_source : tabrixdb::create_source;
+        create(*this, source_id, sql, connection_id, wanted);
+    });
+}
+
+std::string Pro::get_table_name(std::string& sql) {
+    return table_name(sql);
+}
+
+std::string Pro::read_template(std::string& path, bool strip_body, bool) {
+    return guard("Read Template", [&] {
+        trace("Read Template Called");
+        return tabrixdb::read_template(path, strip_body);
+    });
+}
+
+void Pro::create_grid(std::string& grid_id, std::string& source_id, std::string& row_template,
+                      std::string& header_template, std::string& footer_template, std::int16_t& rows,
+                      std::int16_t& row_increment, bool& source_is_another_grid, bool& grid_mode) {
+    guard("CreateGrid - " + grid_id, [&] {
+        tabrixdb::create_grid(*this, {.grid_id = grid_id,
+                                      .source_id = source_id,
+                                      .row_template = row_template,
+                                      .header_template = header_template,
+                                      .footer_template = footer_template,
+                                      .rows = rows,
+                                      .increment = row_increment,
+                                      .from_grid = source_is_another_grid,
+                                      .grid_mode = grid_mode});
+    });
+}
+
+std::string Pro::url_address(bool with_query) {
+    return guard("UrlAddress", [&] { return page_address(request(), with_query); });
+}
+
+std::string Pro::query_include(std::string& pairs, bool encode) {
+    return guard("QueryInclude", [&] { return tabrixdb::query_include(request(), server(), pairs, encode); });
+}
+
+void Pro::clean_up() {
+    guard("CleanUp", [&] { tabrixdb::clean_up(*this); });
+}
+
+} // namespace tabrixdb

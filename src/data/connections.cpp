@@ -1,0 +1,49 @@
+#include "data/connections.h"
+
+#include "engine/report.h"
+
+namespace tabrixdb {
+
+namespace {
+
+constexpr std::int32_t kUnspecified = -1;
+
+// The connection string for a desktop database file, or "" after reporting that it is not there.
+std::string access_connect(std::string_view path) {
+    if (!platform::Host::current().file_system().file_exists(path)) {
+        report({"", "File " + html_encode(path) + " Not Found", "TabrixDb", "AccessConnect"});
+        return {};
+    }
+    return "Driver={Microsoft Access Driver (*.mdb)};Dbq=" + std::string(path) +
+           ";DefaultDir=;Uid=Admin;Pwd=;";
+}
+
+std::string list_errors(const platform::Connection& connection) {
+    std::string list;
+    for (const platform::DataError& error : connection.errors()) {
+        list += "\r\n<br>ADO Error  #" + std::to_string(error.number);
+        list += "\r\n<br>Description " + html_encode(error.description);
+        list += "\r\n<br>Source      " + html_encode(error.source);
+    }
+    return list;
+}
+
+} // namespace
+
+void create_connection(Pro& pro, std::string_view id, std::string& connection_string,
+                       std::string_view database_path) {
+    const Ref<platform::Connection> connection = platform::Host::current().create_connection();
+    try {
+        if (connection_string.empty() && !database_path.empty())
+            connection_string = access_connect(database_path);
+        if (!connection_string.empty())
+            connection->open(connection_string, "", "", kUnspecified);
+        pro.connections->add(connection, id);
+    } catch (const Error& error) {
+        report(trapped(error, "CreateConnection"));
+        if (pro.ado_errors)
+            report_and_then({"", list_errors(*connection), "ADO Errors", "CreateConnection"});
+    }
+}
+
+} // namespace tabrixdb

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "automation/collection.h"
+#include "field/db_field.h"
+#include "platform/data.h"
+
+#include <cstdint>
+#include <string>
+
+namespace tabrixdb {
+
+// A named query result that grids and forms draw from, with one DbField a column. A dynamic one keeps only
+// its query and is open just while a grid is rendered from it.
+class DbSource final : public Object {
+public:
+    static constexpr std::string_view kProgramId = "TabrixDb.DbSource";
+
+    DbSource();
+    const ClassInfo& class_info() const override;
+
+    Ref<platform::Recordset> recordset; // closed until the source is opened; empty after clean-up
+    Ref<Collection> fields = make_ref<Collection>(); // DbField, keyed by column name, in column order
+    bool dynamic = false;
+    bool dynamic_source_open = false;
+    std::string dynamic_sql;
+    std::string dynamic_connection_id;
+    std::int16_t dynamic_cursor_type = 0;
+    std::int16_t dynamic_lock_type = 0;
+
+    // The recordset; Error 91 when the page took it away.
+    platform::Recordset& records() const;
+    // The field of a column by 0-based position. Error 9 when there are fewer, 91 as above.
+    DbField& field_at(std::size_t column) const;
+    // Makes one DbField a column of the open recordset. Error 457 for a column name that occurs twice.
+    void make_fields();
+};
+
+} // namespace tabrixdb

@@ -1,0 +1,91 @@
+#include "data/sources.h"
+
+#include "automation/conversions.h"
+#include "automation/text.h"
+
+namespace tabrixdb {
+
+namespace {
+
+platform::Connection& connection_of(Pro& pro, std::string_view id) {
+    return *pro.connections->get<platform::Connection>(id);
+}
+
+// One of the column's extremes, by a query of its own; 0 when the column holds nothing.
+std::int32_t extreme(platform::Connection& connection, std::string_view function, std::string_view column,
+                     std::string_view table) {
+    const Ref<platform::Recordset> result = platform::Host::current().create_recordset();
+    // The column name is put between brackets as it is, deliberately without escaping.
+    result->open("select " + std::string(function) + "([" + std::string(column) + "]) as " +
+                     std::string(function) + "Value from " + std::string(table),
+                 connection, platform::CursorType::ForwardOnly, platform::LockType::ReadOnly, -1);
+    const Variant value = result->eof() ? Variant::null() : result->value(0);
+    result->close();
+    return value.is_null() ? 0 : to_long(value);
+}
+
+// The bounds of every numeric column, between which bar graphs are scaled.
+void find_extremes(const DbSource& source, platform::Connection& connection, std::string_view sql) {
+    const std::string table = table_name(sql);
+    const auto& columns = source.records().columns();
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        if (platform::type_class(columns[i].type) != platform::TypeClass::Number)
+            continue;
+        DbField& field = source.field_at(i);
+        field.min = extreme(connection, "Min", columns[i].name, table);
+        field.max = extreme(connection, "Max", columns[i].name, table);
+    }
+}
+
+// The session's "hidden filter form" flag: Empty counts as False, as it does for the page's script.
+bool filter_form_hidden(const std::string& id) {
+    const Variant display = session().value(id + "_filterdisplay");
+    return display.is_empty() || !to_boolean(display);
+}
+
+void clear_filter(const std::string& id) {
+    session().set_value(id + "_filterstr", "");
+    if (filter_form_hidden(id))
+        session().set_value(id + "_showfilter", "");
+}
+
+} // namespace
+
+void create_source(Pro& pro, const std::string& id, const std::string& sql, const std::string& connection_id,
+                   const SourceOptions& options) {
+    const auto source = make_ref<DbSource>();
+    source->recordset->set_cursor_location(static_cast<platform::CursorLocation>(options.cursor_location));
+    platform::Connection& connection = connection_of(pro, connection_id);
+    source->recordset->open(sql, connection, static_cast<platform::CursorType>(options.cursor_type),
+                            static_cast<platform::LockType>(options.lock_type), options.options);
+    source->make_fields();
+    if (pro.bar_graph)
+        find_extremes(*source, connection, sql);
+    pro.sources->add(source, id);
+    if (request().value(id + "_command") == "filter_source_clear")
+        clear_filter(id);
+    if (const Text filter = to_text(session().value(id + "_filterstr")); !filter.empty())
+        source->recordset->set_filter(filter);
+}
+
+void create_dynamic_source(Pro& pro, const std::string& id, const std::string& sql,
+                           const std::string& connection_id, const SourceOptions& options) {
+    const auto source = make_ref<DbSource>();
+    source->dynamic = true;
+    source->dynamic_sql = sql;
+    source->dynamic_connection_id = connection_id;
+    source->dynamic_cursor_type = options.cursor_type;
+    source->dynamic_lock_type = options.lock_type;
+    pro.sources->add(source, id);
+}
+
+std::string table_name(std::string_view sql) {
+    const std::string query = upper(sql);
+    const std::size_t from = query.find("FROM"); // deliberately also inside a longer word
+    if (from == std::string::npos)
+        return query;
+    const std::string rest = query.substr(std::min(from + 5, query.size()));
+    return rest.substr(0, rest.find(' '));
+}
+
+} // namespace tabrixdb

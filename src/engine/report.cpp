@@ -1,0 +1,100 @@
+#include "engine/report.h"
+
+#include "automation/text.h"
+#include "engine/page.h"
+#include "web/page_address.h"
+
+namespace tabrixdb {
+
+namespace {
+
+std::string built_in_row(std::string_view caption, std::string_view tag) {
+    return "<tr><td bgcolor=gray width='77'><b><font face='Verdana' color='#FFFFFF' size='1'>" +
+           std::string(caption) +
+           "</font>  </b>  </td><td bgcolor=gray width='525'><font face='Verdana' color='#FFFFFF' size='1'>" +
+           std::string(tag) + "</font></td></tr>\r\n";
+}
+
+std::string built_in_template() {
+    return "<table border=0 cellspacing=2 cellpadding=2 align=center width=620>\r\n"
+           "<tr><td bgcolor=#0000FF colspan='2' align='center' width='610'>\r\n"
+           // Deliberately no blank between the hyphen and the word.
+           "<p align='center'><b> <font color='#FFFFFF' face='Verdana' size='2'>TabrixDB -"
+           "Error</font></b></p>\r\n"
+           "</td></tr>\r\n" +
+           built_in_row("Error #", "#~tabrixdb_errnumber~#") +
+           built_in_row("Description", "#~tabrixdb_errdescription~#") +
+           built_in_row("Source", "#~tabrixdb_errsource~#") +
+           built_in_row("Caused In", "#~tabrixdb_errlocation~#") + "</table>\r\n";
+}
+
+std::string render(const ErrorReport& error) {
+    std::string& shape = thread_texts().error_template;
+    if (shape.empty())
+        shape = built_in_template();
+    std::string page = replace_ignore_case(shape, "#~tabrixdb_errnumber~#", error.number);
+    page = replace_ignore_case(page, "#~tabrixdb_errdescription~#", error.description);
+    page = replace_ignore_case(page, "#~tabrixdb_errsource~#", error.source);
+    page = replace_ignore_case(page, "#~tabrixdb_errlocation~#", error.location);
+    if (contains_ignore_case(page, "#~tabrixdb_url~#"))
+        page = replace_ignore_case(page, "#~tabrixdb_url~#", html_encode(page_address(request(), true)));
+    return page;
+}
+
+void show(const ErrorReport& error) {
+    // The page may not be usable when this fails, so what fails here is one plain line.
+    try {
+        const std::string page = render(error);
+        response().write(page);
+        response().end();
+    } catch (const Error& failure) {
+        response().write(std::to_string(failure.number()) + " " + html_encode(failure.description()) +
+                         " Raised From DisplayError");
+    }
+}
+
+} // namespace
+
+void report(const ErrorReport& error) {
+    if (!page_ended())
+        show(error);
+}
+
+void report_and_then(const ErrorReport& continuation) {
+    show(continuation);
+}
+
+ErrorReport trapped(const Error& error, std::string location) {
+    return {std::to_string(error.number()), html_encode(error.description()), html_encode(error.source()),
+            std::move(location)};
+}
+
+bool page_ended() {
+    return response().ended();
+}
+
+std::string html_encode(std::string_view text) {
+    std::string out;
+    out.reserve(text.size());
+    for (const char c : text) {
+        switch (c) {
+        case '&':
+            out += "&amp;";
+            break;
+        case '<':
+            out += "&lt;";
+            break;
+        case '>':
+            out += "&gt;";
+            break;
+        case '"':
+            out += "&quot;";
+            break;
+        default:
+            out += c;
+        }
+    }
+    return out;
+}
+
+} // namespace tabrixdb

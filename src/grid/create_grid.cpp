@@ -1,0 +1,305 @@
+#include "grid/create_grid.h"
+
+#include "automation/conversions.h"
+#include "automation/error.h"
+#include "automation/text.h"
+#include "data/db_source.h"
+#include "editing/filter_logic.h"
+#include "engine/grid_state.h"
+#include "engine/report.h"
+#include "grid/command_form.h"
+#include "grid/db_grid.h"
+#include "grid/edit_toggle.h"
+#include "grid/layout.h"
+#include "grid/paging.h"
+#include "template/buttons.h"
+#include "template/column_tag.h"
+#include "template/content.h"
+
+namespace tabrixdb {
+
+namespace {
+
+// A grid's output is a list of parts indexed by 16-bit numbers, of which this many frame the rows.
+constexpr std::int32_t kFrameParts = 4;
+
+// Renders one grid: the steps of create_grid, in order, on what they share.
+class GridRenderer {
+public:
+    GridRenderer(Pro& pro, GridRequest& grid) : pro_(pro), grid_(grid), state_(session(), grid.grid_id) {}
+
+    // Runs the steps; one that ended the page (its failure was reported) is the last.
+    void run() {
+        using Step = void (GridRenderer::*)();
+        for (const Step step :
+             {&GridRenderer::toggle_edit_form, &GridRenderer::find_source_grid,
+              &GridRenderer::carry_selection, &GridRenderer::read_grid_command, &GridRenderer::find_source,
+              &GridRenderer::sort_and_filter, &GridRenderer::read_templates, &GridRenderer::page,
+              &GridRenderer::render, &GridRenderer::select_row, &GridRenderer::switch_grid_mode,
+              &GridRenderer::store}) {
+            (this->*step)();
+            if (page_ended())
+                return;
+        }
+    }
+
+private:
+    void toggle_edit_form();
+    void find_source_grid();
+    void carry_selection();
+    void read_grid_command();
+    void find_source();
+    void sort_and_filter();
+    void read_templates();
+    void page();
+    void render();
+    void select_row();
+    void switch_grid_mode();
+    void store();
+
+    void render_header();
+    void render_rows();
+    void render_row(const std::string& row_template, std::int16_t row);
+    void render_footer();
+    void render_validation();
+
+    bool is_empty() { return records().eof() && records().bof(); }
+
+    platform::Recordset& records() { return source_->records(); }
+
+    ButtonContext buttons() {
+        return {pro_, command_, state_, records(), grid_.from_grid ? &state_ : nullptr};
+    }
+
+    Pro& pro_;
+    GridRequest& grid_;
+    GridState state_;
+    std::string source_grid_; // the grid that feeds this one, when from_grid
+    GridCommand command_;
+    Ref<DbSource> source_;
+    GridLayout layout_;
+    std::int16_t rows_ = 0; // most rows of this page
+    std::vector<ColumnTag> tags_;
+    std::string out_;
+    std::string validation_; // body of the client-side validation function
+};
+
+void GridRenderer::toggle_edit_form() {
+    pro_.trace("Declare Variables in Grid");
+    pro_.trace("Grid Start");
+    process_edit_form_toggle(pro_, grid_.row_template, grid_.header_template, grid_.footer_template,
+                             grid_.grid_id);
+    pro_.trace("Process_EditFormToggle Called");
+}
+
+void GridRenderer::find_source_grid() {
+    if (!grid_.from_grid)
+        return;
+    source_grid_ = grid_.source_id;
+    grid_.source_id = pro_.grids->get<DbGrid>(source_grid_)->source;
+    state_.set("_command_target", source_grid_);
+}
+
+// A grid that this one feeds was switched back to the list: this one shows the page of the record that was
+// selected there.
+void GridRenderer::carry_selection() {
+    constexpr std::string_view kCommand = "_command";
+    for (const auto& [name, value] : request().form_fields()) {
+        if (value != "grid_mode" || name.size() <= kCommand.size() ||
+            !equal_ignore_case(name.substr(name.size() - kCommand.size()), kCommand))
+            continue;
+        const GridState other(session(), name.substr(0, name.size() - kCommand.size()));
+        if (!equal_ignore_case(other.text("_command_target"), grid_.grid_id))
+            continue;
+        const std::int16_t row = to_integer(Variant(other.number("_Offset") + 1));
+        const std::int32_t size = state_.blank("_PageSize") ? grid_.rows : state_.number("_PageSize");
+        if (size == 0)
+            throw Error(11);
+        state_.set("_CurrentPage", row / size + (row % size != 0 ? 1 : 0));
+        state_.set("_Offset", std::int16_t{0});
+        break;
+    }
+    pro_.trace("Ik in Request Form Passed");
+}
+
+void GridRenderer::read_grid_command() {
+    command_ = read_command(request(), grid_.grid_id);
+    pro_.trace("GetGridCommand Called");
+}
+
+void GridRenderer::find_source() {
+    source_ = pro_.sources->get<DbSource>(grid_.source_id);
+    for (const platform::Column& column : records().columns())
+        tags_.emplace_back(column.name);
+}
+
+void GridRenderer::sort_and_filter() {
+    process_sort_logic(command_, grid_.grid_id);
+    if (page_ended())
+        return;
+    process_filter_logic(command_, grid_.grid_id, grid_.source_id);
+    if (page_ended())
+        return;
+    pro_.trace("Sort & filter Logic Called");
+    if (!state_.blank("_Sort"))
+        records().set_sort(state_.text("_Sort"));
+    if (state_.flag("_filter") && !state_.blank("_filterstr"))
+        records().set_filter(state_.text("_filterstr"));
+    pro_.trace("Sort & filter Set");
+}
+
+void GridRenderer::read_templates() {
+    pro_.trace("Reading Grid Template");
+    pro_.trace("Template = " + grid_.row_template);
+    const auto read = [&](std::string path) {
+        return path.empty() ? path : pro_.read_template(path, true, false);
+    };
+    const bool plain = grid_.row_template.empty();
+    const std::string text = plain ? plain_template(records()) : read(grid_.row_template);
+    pro_.trace("Grid Template Loaded");
+    if (page_ended())
+        return;
+    if (plain)
+        pro_.single_grid_template = true;
+    // With a single template the other two are the edit and the add form.
+    const bool separate =
+        !pro_.single_grid_template && (!grid_.header_template.empty() || !grid_.footer_template.empty());
+    pro_.trace("Caling Split HeaderFooter");
+    guard("Split Header Footer", [&] {
+        layout_ = separate ? layout_of_parts(text, read(grid_.header_template), read(grid_.footer_template),
+                                             pro_.combine_grid_templates)
+                           : layout_of_template(text, pro_.combine_grid_templates);
+    });
+    pro_.trace("Split HeaderFooter Called");
+    pro_.trace("Passed Getting Templates ");
+}
+
+void GridRenderer::page() {
+    if (grid_.from_grid) {
+        process_page_logic_for_form(pro_, command_, source_grid_, records(), grid_.grid_mode, grid_.grid_id);
+        rows_ = grid_.rows;
+    } else {
+        process_page_logic(command_, state_, records(), grid_.rows, grid_.increment);
+        if (page_ended())
+            return;
+        rows_ = to_integer(state_.value("_PageSize"));
+        // Positioned before the header is made, so that its counters speak of the page that is shown.
+        if (!is_empty())
+            records().set_absolute_page(state_.number("_CurrentPage"));
+    }
+    if (rows_ + kFrameParts > INT16_MAX)
+        throw Error(kErrorOverflow);
+}
+
+void GridRenderer::render() {
+    const std::string& id = grid_.grid_id;
+    out_ = "<a name='" + id + "_start'></a>" + command_form(pro_, id) + layout_.opening + "\r\n";
+    render_header();
+    if (page_ended())
+        return;
+    render_footer(); // its counters are taken at the page's first record, before the rows are walked
+    if (page_ended())
+        return;
+    out_ += layout_.header;
+    render_rows();
+    if (page_ended())
+        return;
+    out_ += "\r\n" + layout_.footer + "\r\n" + layout_.closing + "<a name='" + id + "_end'></a>";
+    render_validation();
+}
+
+void GridRenderer::render_header() {
+    form_grid_header(layout_.header, buttons(), *source_);
+}
+
+void GridRenderer::render_footer() {
+    parse_header_footer_buttons(layout_.footer, buttons());
+}
+
+void GridRenderer::render_rows() {
+    if (!pro_.goto_bookmark.is_empty())
+        records().set_bookmark(pro_.goto_bookmark);
+    for (std::int16_t row = 1; row <= rows_ && !records().eof(); ++row) {
+        const bool stripe = row % 2 == 0 && !layout_.stripe.empty();
+        render_row(stripe ? layout_.stripe : layout_.row, row);
+        if (page_ended())
+            return;
+        records().move_next();
+    }
+}
+
+void GridRenderer::render_row(const std::string& row_template, std::int16_t row) {
+    std::string text = row_template;
+    std::string value;
+    for (std::size_t i = 0; i < tags_.size(); ++i) {
+        if (!tags_[i].occurs_in(text))
+            continue;
+        value.clear();
+        parse_content(*source_, i, value);
+        const DbField& field = source_->field_at(i);
+        if (field.required != 0)
+            validation_ += "document." + grid_.grid_id + "." + posted_name(field.name, row) +
+                           ".required=" + std::to_string(field.required) + ";\r\n";
+        tags_[i].replace_in(text, value.find_first_not_of(' ') == std::string::npos ? "&nbsp;" : value);
+    }
+    if (grid_.from_grid && grid_.grid_mode)
+        text = replace_ignore_case(text, "#~record_pointer_" + std::to_string(row) + "~#", "#");
+    else
+        fill_record_pointer(text, row);
+    parse_row_buttons(text, buttons(), row);
+    if (grid_.from_grid)
+        parse_header_footer_buttons(text, buttons());
+    out_ += text;
+}
+
+void GridRenderer::render_validation() {
+    out_ += "<script language=javascript>\r\nfunction " + grid_.grid_id + "_validate() {\r\n" + validation_ +
+            "}\r\n</script>\r\n";
+}
+
+void GridRenderer::select_row() {
+    if (!grid_.from_grid)
+        process_offset_logic(command_, state_, records());
+}
+
+// A grid that another one feeds is hidden while the source grid's list is shown.
+void GridRenderer::switch_grid_mode() {
+    if (!grid_.grid_mode || !grid_.from_grid)
+        return;
+    constexpr std::string_view kGridMode = "_gridmode";
+    if (state_.blank(kGridMode))
+        state_.set(kGridMode, true);
+    const std::string acted = request().value(source_grid_ + "_command");
+    if (acted == "form_mode" || acted == "grid_offset")
+        state_.set(kGridMode, false);
+    if (command_.word == "grid_mode")
+        state_.set(kGridMode, true);
+    if (state_.flag(kGridMode))
+        out_.clear();
+}
+
+void GridRenderer::store() {
+    if (!pro_.grids->contains(grid_.grid_id))
+        pro_.grids->add(make_ref<DbGrid>(), grid_.grid_id);
+    const Ref<DbGrid> stored = pro_.grids->get<DbGrid>(grid_.grid_id);
+    stored->content = Text(out_);
+    stored->source = grid_.source_id;
+    stored->rows = std::to_string(grid_.rows);
+    stored->row_increment = std::to_string(grid_.increment);
+    stored->row_template = grid_.row_template;
+    stored->header_template = grid_.header_template;
+    stored->footer_template = grid_.footer_template;
+    stored->grid_mode = grid_.grid_mode;
+    stored->sort = !state_.blank("_Sort");
+    stored->sort_order = state_.text("_Sort");
+}
+
+} // namespace
+
+void create_grid(Pro& pro, GridRequest grid) {
+    const bool single = pro.single_grid_template;
+    GridRenderer(pro, grid).run();
+    pro.single_grid_template = single; // the built-in template sets it for its own grid only
+}
+
+} // namespace tabrixdb

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "engine/pro.h"
+
+#include <cstdint>
+#include <string>
+
+namespace tabrixdb {
+
+// What a page asks of one grid. `source_id` names a source, or with `from_grid` another grid, and is then
+// replaced by that grid's source.
+struct GridRequest {
+    const std::string& grid_id;
+    std::string& source_id;
+    std::string row_template; // physical paths; "": the built-in template
+    std::string header_template;
+    std::string footer_template;
+    std::int16_t rows = 10;     // page size at first display
+    std::int16_t increment = 5; // step of "row+" and "row-"
+    bool from_grid = false;
+    bool grid_mode = false;
+};
+
+// Carries out the grid's posted command, renders one page of records, and keeps the HTML in pro.grids under
+// the grid's identifier. Failures are reported; errors of its own are raised to the caller.
+void create_grid(Pro& pro, GridRequest grid);
+
+} // namespace tabrixdb

@@ -1,0 +1,48 @@
+#include "grid/layout.h"
+
+#include "template/split.h"
+
+namespace tabrixdb {
+
+GridLayout layout_of_template(std::string_view text, bool combine) {
+    TemplateParts parts = split_template(text);
+    GridLayout layout{.opening = {},
+                      .header = std::move(parts.header),
+                      .row = std::move(parts.row),
+                      .stripe = std::move(parts.stripe),
+                      .footer = std::move(parts.footer),
+                      .closing = "</form>"};
+    if (layout.header.empty())
+        return layout;
+    // The header of a one-file template opens the table that its footer closes. Only the opening tag is
+    // taken: a table inside the header's own cells is none of the layout's business.
+    if (combine) {
+        const std::size_t end = layout.header.find('>') + 1;
+        layout.opening = layout.header.substr(0, end);
+        layout.header.erase(0, end);
+    }
+    if (layout.footer.empty())
+        layout.closing = "</table></form>";
+    return layout;
+}
+
+GridLayout layout_of_parts(std::string_view text, std::string header, std::string footer, bool combine) {
+    GridLayout layout = layout_of_template(text, false);
+    layout.closing = "</form>";
+    if (!header.empty())
+        layout.header = std::move(header);
+    if (!footer.empty())
+        layout.footer = std::move(footer);
+    if (!combine)
+        return layout;
+    for (std::string* part : {&layout.header, &layout.row, &layout.stripe, &layout.footer}) {
+        std::string tag = take_table_tag(*part);
+        if (layout.opening.empty())
+            layout.opening = std::move(tag);
+    }
+    if (!layout.opening.empty())
+        layout.closing = "</table></form>";
+    return layout;
+}
+
+} // namespace tabrixdb

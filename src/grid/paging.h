@@ -1,0 +1,35 @@
+#pragma once
+
+#include "engine/grid_state.h"
+#include "engine/pro.h"
+#include "platform/data.h"
+
+#include <cstdint>
+#include <string>
+
+namespace tabrixdb {
+
+// The paging and sorting of grids: each turns the posted command into session state and positions the
+// recordset. Each reports its failures under its own label; what it wrote before stays written.
+
+// "sort": stores part 1 of the parameters as the sort expression of the grid that part 0 names, whatever grid
+// is being built.
+void process_sort_logic(const GridCommand& command, const std::string& grid);
+
+// Page and page size of a grid with its own source: first use, "row+", "row-", the clamp to the page count,
+// then "next_page", "previous_page", "first_page", "last_page". `rows`: the page size at first use;
+// `increment`: the step of "row+" and "row-".
+void process_page_logic(const GridCommand& command, GridState state, platform::Recordset& records,
+                        std::int16_t rows, std::int16_t increment);
+
+// Places the recordset on the selected row: `_Offset` records from the start of `_CurrentPage`. "grid_offset"
+// chooses the row first.
+void process_offset_logic(const GridCommand& command, GridState state, platform::Recordset& records);
+
+// The page logic of a grid that another grid feeds. Without `grid_mode` it shows one record, and navigation
+// moves the source grid's selection; with it, it lists rows of the source grid's recordset from an offset of
+// its own, which follows what the user did on the source grid.
+void process_page_logic_for_form(const Pro& pro, const GridCommand& command, const std::string& source_grid,
+                                 platform::Recordset& records, bool grid_mode, const std::string& this_grid);
+
+} // namespace tabrixdb

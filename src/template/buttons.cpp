@@ -1,0 +1,185 @@
+#include "template/buttons.h"
+
+#include "automation/array.h"
+#include "automation/conversions.h"
+#include "automation/text.h"
+#include "data/db_source.h"
+#include "engine/report.h"
+#include "template/column_tag.h"
+#include "template/positions.h"
+#include "template/split.h"
+
+namespace tabrixdb {
+
+namespace {
+
+void fill_tag(std::string& text, std::string_view tag, std::string_view with) {
+    if (contains_ignore_case(text, tag))
+        text = replace_ignore_case(text, tag, with);
+}
+
+void remove_link(std::string& text, std::string_view start) {
+    replace_span(text, start, "</a>", "");
+}
+
+// --- Header and footer -------------------------------------------------------------------------------
+
+void fill_button_tags(std::string& text, const ButtonContext& context) {
+    const Collection& pairs = *context.pro.header_footer_tags;
+    for (std::int32_t i = 1; i <= pairs.count(); ++i) {
+        const Variant& pair = pairs.item(i);
+        if (!pair.is_array() || pair.array()->size() < 2)
+            throw Error(kErrorMismatch);
+        fill_tag(text, to_text(pair.array()->elements()[0]), to_text(pair.array()->elements()[1]));
+    }
+    fill_tag(text, "#~source~#", context.state.grid());
+    fill_tag(text, "#~page_num~#", context.state.text("_CurrentPage"));
+    fill_tag(text, "#~row_count~#", context.state.text("_PageSize"));
+}
+
+void remove_edit_buttons(std::string& text, const ButtonContext& context) {
+    const auto remove = [&](std::string_view action) {
+        remove_link(text, "<a href=\"javascript:edit_source('" + context.state.grid() + "','" +
+                              std::string(action) + "')\"");
+    };
+    const bool edits_source = context.command.word == "edit_source";
+    if (edits_source && context.command.part(1) == "edit") {
+        context.pro.grid_edit_mode = "GRID";
+        remove("edit");
+    } else if (edits_source || context.pro.grid_edit_mode != "GRID") {
+        remove("update");
+        remove("cancel");
+    }
+}
+
+struct Counters {
+    std::string pages = "0", page = "0", shown = "[0-0]", records = "0";
+};
+
+Counters counters_of(const ButtonContext& context) {
+    platform::Recordset& records = context.records;
+    if (records.eof() && records.bof())
+        return {};
+    const std::int32_t count = records.record_count();
+    if (context.offset_grid) {
+        const std::string shown = std::to_string(std::int64_t{context.offset_grid->number("_Offset")} + 1);
+        return {std::to_string(count), shown, shown, std::to_string(count)};
+    }
+    const std::int32_t page = records.absolute_page();
+    const std::int64_t page_end = std::int64_t{page} * records.page_size();
+    return {std::to_string(records.page_count()), std::to_string(page),
+            "[" + std::to_string(records.absolute_position()) + "-" +
+                std::to_string(std::min<std::int64_t>(count, page_end)) + "]",
+            std::to_string(count)};
+}
+
+void fill_counters(std::string& text, const ButtonContext& context) {
+    const Counters counters = counters_of(context);
+    fill_tag(text, "#~page_count~#", counters.pages);
+    fill_tag(text, "#~current_page~#", counters.page);
+    fill_tag(text, "#~records_shown~#", counters.shown);
+    fill_tag(text, "#~record_count~#", counters.records);
+}
+
+void fill_toggle(std::string& text, const GridState& state) {
+    const std::string_view form = state.blank("_gridmode") ? "form" : "grid";
+    fill_tag(text, "#~btn_grid/form~#",
+             "javascript:toggle_to_" + std::string(form) + "('" + state.grid() + "')");
+}
+
+// --- Captions ------------------------------------------------------------------------------------------
+
+std::string sort_link(const std::string& grid, const std::string& column, std::string_view direction,
+                      const std::string& image) {
+    return "<a href=\"javascript:grid_sort('" + column + "',' " + std::string(direction) + " ','" + grid +
+           "')\">" + image + "</a>";
+}
+
+std::string filter_link(const ButtonContext& context, const platform::Column& column) {
+    const std::string& grid = context.state.grid();
+    if (context.state.flag("_filter"))
+        return "<a href=\"javascript:clear_filter('" + grid + "')\">" + context.pro.clear_filter_image +
+               "</a>";
+    const auto type = static_cast<int>(platform::type_class(column.type));
+    return "<a href=\"javascript:filter_field('" + grid + "', '[" + column.name + "]'," +
+           std::to_string(type) + ")\">" + context.pro.filter_image + "</a>";
+}
+
+std::string caption_of(const ButtonContext& context, const platform::Column& column, const DbField& field) {
+    const std::string& grid = context.state.grid();
+    std::string caption = field.caption.empty() ? column.name : field.caption;
+    if (context.pro.show_sort_icons)
+        caption = sort_link(grid, column.name, "DESC", context.pro.sort_down_image) + caption +
+                  sort_link(grid, column.name, "ASC", context.pro.sort_up_image);
+    if (context.pro.show_filter_icons)
+        caption += filter_link(context, column);
+    return caption;
+}
+
+// --- Rows ----------------------------------------------------------------------------------------------
+
+// Row calls carry the row's zero-based place on the page.
+std::string row_index(std::int16_t row) {
+    if (row == INT16_MIN)
+        throw Error(kErrorOverflow);
+    return std::to_string(row - 1);
+}
+
+std::string edit_call(const std::string& index, const std::string& grid, std::string_view action) {
+    return "javascript:edit_grid(" + index + ", '" + grid + "','" + std::string(action) + "')";
+}
+
+} // namespace
+
+void parse_header_footer_buttons(std::string& text, const ButtonContext& context) {
+    guard("Parse Header Footer Buttons", [&] {
+        fill_button_tags(text, context);
+        remove_edit_buttons(text, context);
+        fill_counters(text, context);
+        // An empty grid deliberately keeps the toggle's tag.
+        if (!(context.records.eof() && context.records.bof()))
+            fill_toggle(text, context.state);
+    });
+}
+
+void form_grid_header(std::string& header, const ButtonContext& context, const DbSource& source) {
+    guard("FormGridHeader", [&] {
+        const auto& columns = context.records.columns();
+        for (std::size_t i = 0; i < columns.size(); ++i) {
+            const ColumnTag tag(columns[i].name);
+            if (tag.occurs_in(header))
+                tag.replace_in(header, caption_of(context, columns[i], source.field_at(i)));
+        }
+        parse_header_footer_buttons(header, context);
+    });
+}
+
+void parse_row_buttons(std::string& text, const ButtonContext& context, std::int16_t row) {
+    guard("Parse Grid Update Buttons", [&] {
+        const std::string& grid = context.state.grid();
+        const std::string index = row_index(row);
+        fill_tag(text, "#~grid_name~#", grid);
+        remove_link(text, "<a href=\"#~btn_update_row~#");
+        remove_link(text, "<a href=\"#~btn_cancel_row~#");
+        if (equal_ignore_case(context.pro.grid_edit_mode, "GRID"))
+            remove_link(text, "<a href=\"#~btn_edit_row~#");
+        else
+            fill_tag(text, "#~btn_edit_row~#", edit_call(index, grid, "edit"));
+        fill_tag(text, "#~btn_delete_row~#", edit_call(index, grid, "delete"));
+    });
+}
+
+void fill_record_pointer(std::string& text, std::int16_t row) {
+    guard("Get Grid Record Pointer", [&] {
+        constexpr std::string_view kStart = "#~record_pointer_";
+        const std::size_t start = find_short(text, kStart);
+        const std::size_t end = start == kNotFound ? kNotFound : find_short(text, "~#", start);
+        if (end == kNotFound)
+            return;
+        const std::string target = text.substr(start + kStart.size(), end - start - kStart.size());
+        fill_tag(text, std::string(kStart) + target + "~#",
+                 "javascript:grid_pageoffset(" + row_index(row) + ", '" + target + "' )");
+    });
+}
+
+} // namespace tabrixdb
