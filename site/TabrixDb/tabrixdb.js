@@ -178,7 +178,7 @@
     }
 
     const DIALOG_STYLE = `
-        .tabrixdb-dialog { border: 1px solid #cbd5e1; border-radius: .6rem; padding: 1.2rem; min-width: min(20rem, 80vw);
+        .tabrixdb-dialog { color-scheme: light; border: 1px solid #cbd5e1; border-radius: .6rem; padding: 1.2rem; min-width: min(20rem, 80vw);
             font: 1rem/1.4 system-ui, sans-serif; color: #0f172a; background: #fff; box-shadow: 0 16px 48px rgb(15 23 42 / .25); }
         .tabrixdb-dialog::backdrop { background: rgb(15 23 42 / .35); }
         .tabrixdb-dialog h2 { margin: 0 0 .8rem; font-size: 1.05rem; }
