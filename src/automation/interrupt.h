@@ -36,6 +36,13 @@ public:
         return stopped();
     }
 
+    // As poll(), but the clock is read each time: for those that wait rather than work.
+    bool check() noexcept {
+        if (Clock::now() >= deadline_)
+            stop(Reason::TimedOut);
+        return stopped();
+    }
+
     // The interrupt of the page that this thread runs, or nullptr.
     static Interrupt* current() noexcept { return current_; }
 
