@@ -8,6 +8,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
+#include <limits>
 
 namespace tabrixdb {
 
@@ -43,8 +44,10 @@ Digits scientific(double value, int precision) {
 }
 
 Digits digits_of(double value, int significant_digits) {
-    // The shortest form is the faster one, and is right whenever it is short enough.
-    const Digits shortest = scientific(value, -1);
+    // The shortest form is the faster one, and is right whenever it is short enough; only the smallest
+    // numbers, which have lost precision, may have more digits than tell them apart.
+    const bool normal = value >= std::numeric_limits<double>::min();
+    const Digits shortest = scientific(value, normal ? -1 : significant_digits - 1);
     return shortest.count <= significant_digits ? shortest : scientific(value, significant_digits - 1);
 }
 
