@@ -79,7 +79,13 @@ private:
     Ref<DbSource> source_;
     GridLayout layout_;
     std::int16_t rows_ = 0; // most rows of this page
-    std::vector<ColumnTag> tags_;
+
+    struct Column {
+        ColumnTag tag;
+        ColumnContent content;
+    };
+
+    std::vector<Column> columns_;
     std::string out_;
     std::string validation_; // body of the client-side validation function
 };
@@ -231,16 +237,16 @@ void GridRenderer::render_rows() {
 void GridRenderer::render_row(const std::string& row_template, std::int16_t row) {
     std::string text = row_template;
     std::string value;
-    for (std::size_t i = 0; i < tags_.size(); ++i) {
-        if (!tags_[i].occurs_in(text))
+    for (const Column& column : columns_) {
+        if (!column.tag.occurs_in(text))
             continue;
         value.clear();
-        parse_content(*source_, i, value);
-        const DbField& field = source_->field_at(i);
+        column.content.append(value);
+        const DbField& field = column.content.field();
         if (field.required != 0)
             validation_ += "document." + grid_.grid_id + "." + posted_name(field.name, row) +
                            ".required=" + std::to_string(field.required) + ";\r\n";
-        tags_[i].replace_in(text, value.find_first_not_of(' ') == std::string::npos ? "&nbsp;" : value);
+        column.tag.replace_in(text, value.find_first_not_of(' ') == std::string::npos ? "&nbsp;" : value);
     }
     if (grid_.from_grid && grid_.grid_mode)
         text = replace_ignore_case(text, "#~record_pointer_" + std::to_string(row) + "~#", "#");
