@@ -135,8 +135,9 @@ void GridRenderer::read_grid_command() {
 
 void GridRenderer::find_source() {
     source_ = pro_.sources->get<DbSource>(grid_.source_id);
-    for (const platform::Column& column : records().columns())
-        tags_.emplace_back(column.name);
+    const auto& columns = records().columns();
+    for (std::size_t i = 0; i < columns.size(); ++i)
+        columns_.push_back({ColumnTag(columns[i].name), ColumnContent(*source_, i)});
 }
 
 void GridRenderer::sort_and_filter() {
