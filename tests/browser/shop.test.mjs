@@ -141,6 +141,28 @@ describe('the demo shop', () => {
         assert.equal(prices.at(-1), 81.2, 'the order holds on every page');
     });
 
+    test('a filter keeps some rows until it is cleared', async () => {
+        await visit('/demo/orders.asp');
+        const keep = async (field, comparison, value) => {
+            await tab.locator(`a[href*="filter_field('orders', '[${field}]'"]`).click();
+            await tab.getByLabel('Comparison').selectOption(comparison);
+            await tab.getByLabel('Value').fill(value);
+            await Promise.all([tab.waitForNavigation(), tab.getByRole('button', { name: 'Filter' }).click()]);
+        };
+        const orders = 'select count(*) from orders join customers on customers.id = customer_id where';
+        for (const [field, comparison, value, condition] of [
+            ['customer', 'contains', "o'brien", "customers.name like '%o''brien%'"],
+            ['country', 'is', 'Türkiye', "country = 'Türkiye'"],
+            ['total', 'is more than', '900.5', 'total > 900.5'],
+            ['ordered', 'is at least', '2025-11-01', "ordered >= '2025-11-01'"],
+        ]) {
+            await keep(field, comparison, value);
+            assert.equal(await text('.records'), ids(`${orders} ${condition}`)[0], condition);
+            await follow('a[href*="clear_filter"]');
+            assert.equal(await text('.records'), '1500');
+        }
+    });
+
     test('two visitors keep their own pages', async () => {
         await visit('/demo/orders.asp');
         const other = await (await browser.newContext({ baseURL: server.url })).newPage();
