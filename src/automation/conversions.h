@@ -75,6 +75,10 @@ double time_serial(int hour, int minute, int second);
 double join_date_time(double day, double time) noexcept;
 // The local date and time of this machine, to the second.
 double now();
+// The same clock in seconds since midnight, with their fraction.
+double seconds_since_midnight();
+// A two-digit year below this one is in the 2000s, others are in the 1900s.
+inline constexpr int kCenturyWindow = 30;
 // Appends the date by a pattern of the Locale's: d, dd, ddd, dddd, M, MM, MMM, MMMM, yy, yyyy, 'literal
 // text'.
 void append_date(std::string& out, const DateParts& parts, std::string_view pattern);

@@ -9,9 +9,6 @@ namespace tabrixdb {
 
 namespace {
 
-// A two-digit year below this one is in the 2000s, others are in the 1900s.
-constexpr int kCenturyWindow = 30;
-
 bool is_digit(char c) {
     return c >= '0' && c <= '9';
 }

@@ -82,13 +82,30 @@ double join_date_time(double day, double time) noexcept {
     return day < 0 ? day - time : day + time;
 }
 
-double now() {
-    const std::time_t time = std::time(nullptr);
+namespace {
+
+// The local time of this machine; a leap second is no time of the platform's clock.
+std::tm local_time(std::time_t time) {
     std::tm local{};
     localtime_r(&time, &local);
-    // A leap second is no time of the platform's clock.
+    local.tm_sec = std::min(local.tm_sec, 59);
+    return local;
+}
+
+} // namespace
+
+double now() {
+    const std::tm local = local_time(std::time(nullptr));
     return date_serial(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday) +
-           time_serial(local.tm_hour, local.tm_min, std::min(local.tm_sec, 59));
+           time_serial(local.tm_hour, local.tm_min, local.tm_sec);
+}
+
+double seconds_since_midnight() {
+    using namespace std::chrono;
+    const auto moment = system_clock::now();
+    const std::tm local = local_time(system_clock::to_time_t(moment));
+    const duration<double> fraction = moment - floor<seconds>(moment);
+    return (local.tm_hour * 60 + local.tm_min) * 60 + local.tm_sec + fraction.count();
 }
 
 DateParts date_parts(double days) {

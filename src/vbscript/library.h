@@ -18,6 +18,8 @@ struct LibraryFunction {
 
 // nullptr for a name that the library does not have; ignores case.
 const LibraryFunction* find_library_function(std::string_view name) noexcept;
+// Starts the thread's random numbers anew (Rnd, Randomize), as every new machine does.
+void reset_random() noexcept;
 // A constant of the language (vbCrLf, vbTextCompare, ...), or nullptr.
 const Variant* find_library_constant(std::string_view name) noexcept;
 
