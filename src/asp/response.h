@@ -38,6 +38,8 @@ public:
 
     bool is_html() const noexcept;
 
+    bool empty() const noexcept { return body_.empty(); }
+
     void set_status_code(int status) { status_ = status; }
 
     void set_content_type(const std::string& type);
@@ -52,6 +54,7 @@ public:
     void redirect(const std::string& address);
     void add_header(const std::string& name, const std::string& value);
     void append_to_log(const std::string& text);
+    void set_code_page(std::int32_t code_page); // of what is written from now on
 
 private:
     bool buffered() const { return buffered_; }
@@ -66,7 +69,6 @@ private:
 
     std::int32_t code_page() const { return static_cast<std::int32_t>(code_page_); }
 
-    void set_code_page(std::int32_t code_page);
     std::int32_t lcid() const;
     void set_lcid(std::int32_t lcid);
     std::string status() const;

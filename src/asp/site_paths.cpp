@@ -19,10 +19,6 @@ constexpr std::size_t kMaxListedNames = 20'000;
 // Longest virtual path, as the platform has it.
 constexpr std::size_t kMaxPathBytes = 2048;
 
-std::int64_t modified_of(const struct stat& status) {
-    return std::int64_t{status.st_mtim.tv_sec} * 1'000'000'000 + status.st_mtim.tv_nsec;
-}
-
 bool is_device_name(std::string_view segment) {
     const std::string_view stem = segment.substr(0, segment.find('.'));
     for (const std::string_view device : {"con", "prn", "aux", "nul", "conin$", "conout$"})
@@ -63,12 +59,17 @@ bool add_segments(std::vector<std::string_view>& segments, std::string_view path
 
 } // namespace
 
+FileStamp stamp_of(const struct stat& status) noexcept {
+    return {std::int64_t{status.st_mtim.tv_sec} * 1'000'000'000 + status.st_mtim.tv_nsec,
+            static_cast<std::uint64_t>(status.st_size)};
+}
+
 std::optional<FileStamp> stamp_of(const std::string& physical_path) {
     struct stat status {};
 
     if (stat(physical_path.c_str(), &status) != 0 || !S_ISREG(status.st_mode))
         return std::nullopt;
-    return FileStamp{modified_of(status), static_cast<std::uint64_t>(status.st_size)};
+    return stamp_of(status);
 }
 
 std::optional<std::string> plain_path(std::string_view path, std::string_view folder, bool backslashes) {
@@ -123,7 +124,7 @@ std::optional<SitePaths::Found> SitePaths::find(std::string_view plain) const {
     found.folder = S_ISDIR(status.st_mode);
     if (!found.folder && (!S_ISREG(status.st_mode) || plain.ends_with('/')))
         return std::nullopt;
-    found.stamp = {modified_of(status), static_cast<std::uint64_t>(status.st_size)};
+    found.stamp = stamp_of(status);
     return found;
 }
 
@@ -202,7 +203,7 @@ std::shared_ptr<const SitePaths::Listing> SitePaths::listing(const std::string& 
 
     if (stat(folder.c_str(), &status) != 0 || !S_ISDIR(status.st_mode))
         return nullptr;
-    const std::int64_t modified = modified_of(status);
+    const std::int64_t modified = stamp_of(status).modified;
     {
         const std::lock_guard lock(mutex_);
         const auto kept = listings_.find(folder);

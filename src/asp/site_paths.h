@@ -14,6 +14,8 @@
 
 // How names of a site become files. Names are found without regard to case; an exact name is found first.
 // Nothing that is found lies outside the site's folder, through ".." or a symbolic link.
+struct stat;
+
 namespace tabrixdb::asp {
 
 // When a file was last changed, in nanoseconds, and its size: what says that it is the same file still.
@@ -26,6 +28,7 @@ struct FileStamp {
     std::time_t modified_seconds() const { return modified / 1'000'000'000; }
 };
 
+FileStamp stamp_of(const struct stat& status) noexcept;
 // The stamp of a regular file; nullopt when there is none.
 std::optional<FileStamp> stamp_of(const std::string& physical_path);
 

@@ -1,0 +1,186 @@
+#include "asp/page.h"
+
+#include "asp/asp_error.h"
+#include "asp/classes.h"
+#include "asp/code_page.h"
+#include "automation/locale.h"
+
+#include <new>
+
+namespace tabrixdb::asp {
+
+HttpResponse plain_message(int status) {
+    return {.status = status,
+            .headers = {{"Content-Type", "text/html; charset=utf-8"}},
+            .body = message_page(status, {})};
+}
+
+Page::Page(Site& site, std::shared_ptr<const HttpRequest> request, std::string site_path, SessionLease lease,
+           Interrupt& interrupt)
+    : site_(site),
+      request_data_(std::move(request)),
+      paths_{std::move(site_path)},
+      lease_(std::move(lease)),
+      interrupt_(interrupt),
+      script_seconds_(site.settings.script_seconds),
+      response_(make_ref<Response>(interrupt, site.settings.code_page)),
+      application_(make_ref<Application>(site.application)),
+      server_(make_ref<Server>(*this)) {
+    set_script_timeout(script_seconds_);
+    response_->client_connected = request_data_->client_connected;
+    response_->log = site.log;
+}
+
+Page::~Page() {
+    response_->detach();
+    server_->detach();
+    application_->detach();
+    if (session_)
+        session_->detach();
+}
+
+// --- Running ---------------------------------------------------------------------------------------
+
+HttpResponse Page::run() {
+    const platform::HostScope host(*this);
+    const Interrupt::Scope interrupt(interrupt_);
+    const LocaleScope locale(*Locale::find(0U));
+    try {
+        const std::shared_ptr<const CompiledPage> page = site_.pages.get(paths_.front());
+        if (!page)
+            return plain_message(404);
+        prepare(page->directives);
+        run_program(*page);
+    } catch (const vbscript::ScriptError& error) {
+        // An error that came out of an executed page keeps the place where it arose.
+        PageFault fault = fault_of(error);
+        const bool same = fault_.number == fault.number && fault_.description == fault.description;
+        fail(same ? fault_ : std::move(fault), 500);
+    } catch (const PageError& error) {
+        fail(fault_of(error), 500);
+    } catch (const std::exception& error) { // no memory, no disk
+        PageFault fault = fault_of(115, paths_.front());
+        fault.description = error.what();
+        fail(std::move(fault), 500);
+    }
+    if (interrupt_.reason() == Interrupt::Reason::TimedOut)
+        fail(fault_of(113, paths_.front()), 500);
+    else if (interrupt_.reason() == Interrupt::Reason::ShutDown)
+        return plain_message(503);
+    return finish();
+}
+
+void Page::prepare(const Directives& directives) {
+    if (!directives.session)
+        lease_.release();
+    SessionState* const state = lease_.session();
+    const std::uint32_t code_page = state && state->code_page
+                                        ? *state->code_page
+                                        : directives.code_page.value_or(site_.settings.code_page);
+    response_->set_code_page(static_cast<std::int32_t>(code_page));
+    if (const auto lcid = state && state->lcid ? state->lcid : directives.lcid)
+        if (const Locale* locale = Locale::find(*lcid))
+            set_current_locale(*locale);
+    session_ = directives.session ? make_ref<Session>(state, [this] { return create_session(); })
+                                  : make_ref<Session>(nullptr, nullptr);
+    request_ = make_ref<Request>(
+        request_data_, RequestPlace{site_.paths.root() + paths_.front(), site_.paths.root(), code_page});
+    objects_ = {response_, request_, session_, server_, application_};
+}
+
+void Page::run_program(const CompiledPage& page) {
+    vbscript::Machine machine(*this, interrupt_, {.recursion = site_.settings.recursion});
+    machine.run(page.program);
+}
+
+void Page::execute(const std::string& path) {
+    const std::optional<std::string> plain = plain_path(path, folder_of(paths_.back()), true);
+    const std::optional<SitePaths::Found> found = plain ? site_.paths.find(*plain) : std::nullopt;
+    if (paths_.size() > kMaxExecuteDepth || !found || found->folder)
+        throw asp_error(230, "Server object", path);
+    std::string real = found->physical.substr(site_.paths.root().size());
+    const std::shared_ptr<const CompiledPage> page = site_.pages.get(real);
+    if (!page)
+        throw asp_error(230, "Server object", path);
+    const std::size_t depth = paths_.size();
+    paths_.push_back(std::move(real));
+    try {
+        run_program(*page);
+    } catch (const vbscript::ScriptError& error) {
+        fault_ = fault_of(error);
+        paths_.resize(depth);
+        throw;
+    }
+    paths_.resize(depth);
+}
+
+void Page::transfer(const std::string& path) {
+    execute(path);
+    response_->end();
+}
+
+void Page::set_script_timeout(std::int32_t seconds) {
+    script_seconds_ = seconds;
+    interrupt_.set_deadline(started_ + std::chrono::seconds(seconds));
+}
+
+SessionState* Page::create_session() {
+    std::shared_ptr<SessionState> state = site_.sessions.create();
+    state->turnstile.enter([] {}); // nobody else knows it yet
+    lease_ = SessionLease(site_.sessions, state);
+    new_session_ = true;
+    return state.get();
+}
+
+// --- Ending ----------------------------------------------------------------------------------------
+
+void Page::fail(PageFault fault, int status) {
+    site_.log(std::to_string(status) + ' ' + fault.summary());
+    fault_ = std::move(fault);
+    try {
+        if (!response_->flushed())
+            response_->set_status_code(status);
+        // What was written stays, as the message's surroundings; a picture or a table of text makes room.
+        if (!response_->is_html())
+            response_->reset();
+        response_->write(response_->empty() ? message_page(status, fault_.html()) : fault_.html());
+    } catch (const Error&) { // the response is full: its beginning is what there is
+    }
+}
+
+HttpResponse Page::finish() {
+    HttpResponse response = response_->take();
+    if (const SessionState* session = lease_.session(); session && new_session_)
+        response.headers.push_back({"Set-Cookie", std::string(kSessionCookie) + '=' + session->id +
+                                                      "; path=/; HttpOnly; SameSite=Lax"});
+    return response;
+}
+
+// --- What the script and the engine ask for ----------------------------------------------------------
+
+std::string Page::map_path(std::string_view virtual_path) const {
+    return site_.paths.map(virtual_path, folder_of(paths_.back()));
+}
+
+Object* Page::global_object(std::string_view name) {
+    if (equal_ignore_case(name, "Response"))
+        return response_.get();
+    if (equal_ignore_case(name, "Request"))
+        return request_.get();
+    if (equal_ignore_case(name, "Session"))
+        return session_.get();
+    if (equal_ignore_case(name, "Server"))
+        return server_.get();
+    if (equal_ignore_case(name, "Application"))
+        return application_.get();
+    return nullptr;
+}
+
+Ref<Object> Page::create_object(std::string_view program_id) {
+    Ref<Object> object = create_known_class(program_id);
+    if (!object)
+        throw Error(kErrorCannotCreate);
+    return object;
+}
+
+} // namespace tabrixdb::asp

@@ -1,0 +1,99 @@
+#pragma once
+
+#include "asp/application.h"
+#include "asp/http.h"
+#include "asp/page_cache.h"
+#include "asp/page_fault.h"
+#include "asp/request.h"
+#include "asp/response.h"
+#include "asp/server_object.h"
+#include "asp/session.h"
+#include "asp/site.h"
+#include "automation/interrupt.h"
+#include "platform/host.h"
+#include "vbscript/machine.h"
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tabrixdb::asp {
+
+// Pages within pages (Server.Execute); each of them has a script machine of its own on the stack.
+inline constexpr std::size_t kMaxExecuteDepth = 8;
+
+// A response of the host's own: its status, and a page that says so.
+HttpResponse plain_message(int status);
+
+// One request of a page, from start to end on one thread: the page's intrinsic objects, and the host of what
+// it creates. Lives for run(); objects that a session keeps longer are detached.
+class Page final : public vbscript::Environment, public platform::Host {
+public:
+    // `site_path`: the page's plain virtual path in its real spelling. `lease`: the session of the client, if
+    // it has one. `interrupt` may be stopped by other threads; it gets its deadline here.
+    Page(Site& site, std::shared_ptr<const HttpRequest> request, std::string site_path, SessionLease lease,
+         Interrupt& interrupt);
+    ~Page() override;
+    Page(const Page&) = delete;
+    Page& operator=(const Page&) = delete;
+
+    // Never throws: whatever goes wrong is in the response.
+    HttpResponse run();
+
+    // --- For the Server object
+    std::string map_path(std::string_view virtual_path) const;
+
+    std::int32_t script_timeout() const { return script_seconds_; }
+
+    void set_script_timeout(std::int32_t seconds);
+    // Runs another page with these objects. Its error is raised here.
+    void execute(const std::string& path);
+    // The same, and then this page ends.
+    void transfer(const std::string& path);
+
+    PageFault last_fault() const { return fault_; }
+
+    // --- vbscript::Environment
+    Ref<Object> create_object(std::string_view program_id) override;
+    Object* global_object(std::string_view name) override;
+
+    void write(const Variant& value) override { response_->write_value(value); }
+
+    void write_literal(std::string_view text) override { response_->write(text); }
+
+    // --- platform::Host
+    const platform::PageObjects& page() override { return objects_; }
+
+    Ref<platform::Connection> create_connection() override;
+    Ref<platform::Recordset> create_recordset() override;
+    Ref<platform::ScriptControl> create_script_control() override;
+
+    platform::FileSystem& file_system() override { return site_.files; }
+
+private:
+    void prepare(const Directives& directives);
+    void run_program(const CompiledPage& page);
+    HttpResponse finish();
+    void fail(PageFault fault, int status);
+    SessionState* create_session();
+
+    Site& site_;
+    std::shared_ptr<const HttpRequest> request_data_;
+    std::vector<std::string> paths_; // of the pages that run, each executed by the one before it
+    SessionLease lease_;
+    Interrupt& interrupt_;
+    const Interrupt::Clock::time_point started_ = Interrupt::Clock::now();
+    std::int32_t script_seconds_;
+    bool new_session_ = false;
+    PageFault fault_;
+
+    Ref<Response> response_;
+    Ref<Request> request_;
+    Ref<Session> session_;
+    Ref<Application> application_;
+    Ref<Server> server_;
+    platform::PageObjects objects_; // the same, as the engine sees them
+};
+
+} // namespace tabrixdb::asp

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "asp/application.h"
+#include "asp/files.h"
+#include "asp/page_cache.h"
+#include "asp/session_store.h"
+#include "asp/site_paths.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace tabrixdb::asp {
+
+// What a site's settings say about its pages; the defaults are those of docs/settings.md.
+struct PageSettings {
+    std::uint32_t code_page = kUtf8Default;
+    std::int32_t script_seconds = 90;
+    std::size_t recursion = 256;
+    std::int32_t session_minutes = 20;
+
+    static constexpr std::uint32_t kUtf8Default = 65001;
+};
+
+// A folder of pages and all that its requests share. Used by many threads at once.
+class Site {
+public:
+    // `log` is called from any thread, a line a call. Raises std::filesystem::filesystem_error when `root`
+    // is no folder.
+    Site(const std::filesystem::path& root, PageSettings page_settings,
+         std::function<void(std::string_view)> log_line)
+        : settings(page_settings),
+          log(std::move(log_line)),
+          paths(root),
+          files(paths, settings.code_page),
+          pages(paths, settings.code_page),
+          sessions(settings.session_minutes) {}
+
+    const PageSettings settings;
+    const std::function<void(std::string_view)> log;
+    const SitePaths paths;
+    SiteFiles files;
+    PageCache pages;
+    ApplicationState application;
+    SessionStore sessions;
+};
+
+} // namespace tabrixdb::asp

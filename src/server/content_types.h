@@ -1,0 +1,11 @@
+#pragma once
+
+#include <string_view>
+
+namespace tabrixdb::server {
+
+// The content type of a file by its name; empty for a type that is not known. Only known types are served,
+// so that databases, sources, settings and what an editor leaves behind stay where they are.
+std::string_view content_type(std::string_view file_name) noexcept;
+
+} // namespace tabrixdb::server

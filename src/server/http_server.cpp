@@ -1,0 +1,399 @@
+#include "server/http_server.h"
+
+#include "asp/page.h"
+#include "server/content_types.h"
+#include "server/deadlines.h"
+#include "server/listener.h"
+#include "server/origin.h"
+#include "server/page_jobs.h"
+#include "server/router.h"
+#include "server/static_file.h"
+
+#include <algorithm>
+#include <atomic>
+#include <condition_variable>
+#include <cstring>
+#include <optional>
+#include <system_error>
+#include <thread>
+
+#include <fcntl.h>
+#include <microhttpd.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace tabrixdb::server {
+
+namespace {
+
+// Bodies held in memory at once, of all connections together; more is answered with 503.
+constexpr std::size_t kMaxBodies = std::size_t{256} * 1024 * 1024;
+// Room for the answer's head in the memory of a connection, beside the request's.
+constexpr std::size_t kAnswerHeadBytes = std::size_t{32} * 1024;
+// How long the last answers may take to be sent once the server stops.
+constexpr std::chrono::seconds kSendSeconds{2};
+
+constexpr std::string_view kReadMethods = "GET, HEAD, OPTIONS";
+constexpr std::string_view kPageMethods = "GET, HEAD, POST, OPTIONS";
+
+bool is_client_there(int socket) {
+    pollfd wanted{.fd = socket, .events = POLLRDHUP, .revents = 0};
+    return poll(&wanted, 1, 0) == 0 || !(wanted.revents & (POLLRDHUP | POLLHUP | POLLERR));
+}
+
+using ResponsePointer = std::unique_ptr<MHD_Response, decltype(&MHD_destroy_response)>;
+
+// The library takes the body over without copying it.
+ResponsePointer response_of_text(std::string body) {
+    auto* held = new std::string(std::move(body));
+    const auto free_text = [](void* text) { delete static_cast<std::string*>(text); };
+    return {
+        MHD_create_response_from_buffer_with_free_callback_cls(held->size(), held->data(), free_text, held),
+        MHD_destroy_response};
+}
+
+void add_headers(MHD_Response& response, const asp::Headers& headers) {
+    for (const asp::Header& header : headers)
+        MHD_add_response_header(&response, header.name.c_str(), header.value.c_str());
+}
+
+} // namespace
+
+class HttpServer::State {
+public:
+    State(asp::Site& site, const Settings& settings);
+
+    ~State() { stop(); }
+
+    void stop();
+
+    const Settings settings;
+    Listener listener;
+
+private:
+    // One request, from its first line to the end of its answer.
+    struct Exchange {
+        Exchange(State& server_state, const char* uri) : server(server_state), target(uri) {}
+
+        ~Exchange() { server.body_bytes_ -= body_bytes; }
+
+        State& server;
+        std::string target; // as the client wrote it
+        bool begun = false;
+        int body_status = 0; // why the body is not taken; 0: it is
+        std::size_t body_bytes = 0;
+        Route route;
+        asp::HttpRequest request;
+        std::optional<asp::HttpResponse> answer;
+    };
+
+    // --- The library's callbacks
+    static void* on_target(void* state, const char* uri, MHD_Connection* connection);
+    static MHD_Result on_request(void* state, MHD_Connection* connection, const char* url, const char* method,
+                                 const char* version, const char* data, std::size_t* size, void** exchange);
+    static void on_completed(void* state, MHD_Connection* connection, void** exchange,
+                             MHD_RequestTerminationCode reason);
+    static void on_connection(void* state, MHD_Connection* connection, void** context,
+                              MHD_ConnectionNotificationCode code);
+
+    Deadlines::Connection* deadline_of(MHD_Connection* connection) const;
+    static int socket_of(MHD_Connection* connection);
+
+    MHD_Result begin(Exchange& exchange, MHD_Connection* connection, const char* method, const char* version);
+    int refusal(const Exchange& exchange, MHD_Connection* connection) const;
+    void take_body(Exchange& exchange, const char* data, std::size_t size);
+    MHD_Result answer(Exchange& exchange, MHD_Connection* connection);
+    MHD_Result run_page(Exchange& exchange, MHD_Connection* connection);
+    MHD_Result send_file(const Exchange& exchange, MHD_Connection* connection) const;
+    static MHD_Result send(MHD_Connection* connection, asp::HttpResponse response);
+    static MHD_Result send_status(MHD_Connection* connection, int status, asp::Headers headers = {});
+
+    void keep_house(const std::stop_token& stop);
+
+    asp::Site& site_;
+    Deadlines deadlines_;
+    std::atomic<std::size_t> body_bytes_ = 0;
+    std::mutex mutex_;
+    std::condition_variable_any changed_;
+    std::size_t exchanges_ = 0;
+    PageJobs jobs_;
+    MHD_Daemon* daemon_ = nullptr;
+    std::jthread housekeeper_;
+};
+
+HttpServer::State::State(asp::Site& site, const Settings& server_settings)
+    : settings(server_settings),
+      listener(settings.host, settings.port),
+      site_(site),
+      deadlines_(std::chrono::seconds(settings.idle_seconds), std::chrono::seconds(settings.request_seconds)),
+      jobs_(site, settings.workers) {
+    const auto no_log = [](void*, const char*, va_list) {};
+    // Addresses are decoded by the router, once.
+    const auto no_decoding = [](void*, MHD_Connection*, char* text) { return std::strlen(text); };
+    // One address may have half of all connections: a proxy in front needs many, and still others get in.
+    const unsigned per_address = std::max(1U, settings.connections / 2);
+    daemon_ = MHD_start_daemon(
+        MHD_USE_EPOLL_INTERNAL_THREAD | MHD_ALLOW_SUSPEND_RESUME | MHD_USE_ERROR_LOG, 0, nullptr, nullptr,
+        on_request, this, MHD_OPTION_EXTERNAL_LOGGER, +no_log, nullptr, MHD_OPTION_LISTEN_SOCKET,
+        listener.socket(), MHD_OPTION_STRICT_FOR_CLIENT, 1, MHD_OPTION_CONNECTION_MEMORY_LIMIT,
+        settings.header_bytes + kAnswerHeadBytes, MHD_OPTION_CONNECTION_LIMIT, settings.connections,
+        MHD_OPTION_PER_IP_CONNECTION_LIMIT, per_address, MHD_OPTION_CONNECTION_TIMEOUT, settings.idle_seconds,
+        MHD_OPTION_URI_LOG_CALLBACK, on_target, this, MHD_OPTION_NOTIFY_COMPLETED, on_completed, this,
+        MHD_OPTION_NOTIFY_CONNECTION, on_connection, this, MHD_OPTION_UNESCAPE_CALLBACK, +no_decoding,
+        nullptr, MHD_OPTION_END);
+    if (!daemon_)
+        throw std::system_error(errno, std::generic_category(), "cannot start the HTTP server");
+    housekeeper_ = std::jthread([this](const std::stop_token& stop) { keep_house(stop); });
+}
+
+void HttpServer::State::stop() {
+    if (!daemon_)
+        return;
+    housekeeper_.request_stop();
+    housekeeper_.join();
+    MHD_quiesce_daemon(daemon_); // the listener stays ours to close
+    jobs_.stop(std::chrono::seconds(kGraceSeconds));
+    {
+        std::unique_lock lock(mutex_);
+        changed_.wait_for(lock, kSendSeconds, [this] { return exchanges_ == 0; });
+    }
+    MHD_stop_daemon(daemon_);
+    daemon_ = nullptr;
+}
+
+void HttpServer::State::keep_house(const std::stop_token& stop) {
+    constexpr std::chrono::seconds kEvery{1};
+    std::unique_lock lock(mutex_);
+    while (!changed_.wait_for(lock, stop, kEvery, [&] { return stop.stop_requested(); })) {
+        lock.unlock();
+        deadlines_.sweep(Deadlines::Clock::now());
+        site_.sessions.sweep(asp::Clock::now());
+        lock.lock();
+    }
+}
+
+// --- Callbacks -------------------------------------------------------------------------------------
+
+int HttpServer::State::socket_of(MHD_Connection* connection) {
+    return MHD_get_connection_info(connection, MHD_CONNECTION_INFO_CONNECTION_FD)->connect_fd;
+}
+
+Deadlines::Connection* HttpServer::State::deadline_of(MHD_Connection* connection) const {
+    return static_cast<Deadlines::Connection*>(
+        MHD_get_connection_info(connection, MHD_CONNECTION_INFO_SOCKET_CONTEXT)->socket_context);
+}
+
+void HttpServer::State::on_connection(void* state, MHD_Connection* connection, void** context,
+                                      MHD_ConnectionNotificationCode code) {
+    Deadlines& deadlines = static_cast<State*>(state)->deadlines_;
+    if (code == MHD_CONNECTION_NOTIFY_STARTED)
+        *context = deadlines.add(socket_of(connection));
+    else
+        deadlines.remove(static_cast<Deadlines::Connection*>(*context));
+}
+
+void* HttpServer::State::on_target(void* state, const char* uri, MHD_Connection* connection) {
+    State& self = *static_cast<State*>(state);
+    self.deadlines_.begin_request(self.deadline_of(connection));
+    const std::lock_guard lock(self.mutex_);
+    ++self.exchanges_;
+    return new Exchange(self, uri);
+}
+
+void HttpServer::State::on_completed(void* state, MHD_Connection* connection, void** exchange,
+                                     MHD_RequestTerminationCode) {
+    State& self = *static_cast<State*>(state);
+    self.deadlines_.await_next(self.deadline_of(connection));
+    delete static_cast<Exchange*>(*exchange);
+    *exchange = nullptr;
+    const std::lock_guard lock(self.mutex_);
+    --self.exchanges_;
+    self.changed_.notify_all();
+}
+
+// Called once when the head is there, then for each part of the body, then when all is there; and again
+// when a page's answer is ready.
+MHD_Result HttpServer::State::on_request(void* state, MHD_Connection* connection, const char*,
+                                         const char* method, const char* version, const char* data,
+                                         std::size_t* size, void** context) {
+    State& self = *static_cast<State*>(state);
+    Exchange& exchange = *static_cast<Exchange*>(*context);
+    if (!exchange.begun)
+        return self.begin(exchange, connection, method, version);
+    if (*size > 0) {
+        self.take_body(exchange, data, *size);
+        *size = 0;
+        return MHD_YES;
+    }
+    if (exchange.answer)
+        return send(connection, std::move(*exchange.answer));
+    self.deadlines_.end_request(self.deadline_of(connection));
+    return self.answer(exchange, connection);
+}
+
+// --- The request -----------------------------------------------------------------------------------
+
+MHD_Result HttpServer::State::begin(Exchange& exchange, MHD_Connection* connection, const char* method,
+                                    const char* version) {
+    exchange.begun = true;
+    asp::HttpRequest& request = exchange.request;
+    request.method = method;
+    request.protocol = version;
+    MHD_get_connection_values(
+        connection, MHD_HEADER_KIND,
+        [](void* headers, MHD_ValueKind, const char* name, const char* value) {
+            static_cast<asp::Headers*>(headers)->push_back({name, value ? value : ""});
+            return MHD_YES;
+        },
+        &request.headers);
+    exchange.route = route(site_.paths, exchange.target, settings.default_pages);
+    const int status = refusal(exchange, connection);
+    if (status == 405 || status == 204) {
+        const bool page = exchange.route.kind == Route::Kind::Page;
+        return send_status(connection, status, {{"Allow", std::string(page ? kPageMethods : kReadMethods)}});
+    }
+    return status ? send_status(connection, status) : MHD_YES;
+}
+
+// Why a request is answered before its body has come; 0 when it is not.
+int HttpServer::State::refusal(const Exchange& exchange, MHD_Connection* connection) const {
+    const asp::HttpRequest& request = exchange.request;
+    const MHD_ConnectionInfo* head =
+        MHD_get_connection_info(connection, MHD_CONNECTION_INFO_REQUEST_HEADER_SIZE);
+    if (head && head->header_size > settings.header_bytes)
+        return 431;
+    if (exchange.target == "*" && request.method == "OPTIONS")
+        return 204;
+    if (exchange.route.kind == Route::Kind::Refused)
+        return exchange.route.status;
+    const bool reads = request.method == "GET" || request.method == "HEAD";
+    if (request.method == "OPTIONS")
+        return 204;
+    if (!reads && !(request.method == "POST" && exchange.route.kind == Route::Kind::Page))
+        return 405;
+    if (!reads && settings.same_origin_posts && !is_from_own_pages(request.headers, settings.allowed_origins))
+        return 403;
+    const std::string* length = asp::find_header(request.headers, "Content-Length");
+    if (length && std::strtoull(length->c_str(), nullptr, 10) > settings.body_bytes)
+        return 413;
+    return 0;
+}
+
+void HttpServer::State::take_body(Exchange& exchange, const char* data, std::size_t size) {
+    if (exchange.body_status)
+        return; // read to its end, so that the client hears why
+    if (size > settings.body_bytes - std::min(exchange.body_bytes, settings.body_bytes)) {
+        exchange.body_status = 413; // it came without a length
+        return;
+    }
+    exchange.body_bytes += size;
+    if (body_bytes_.fetch_add(size) + size > kMaxBodies)
+        exchange.body_status = 503;
+    else
+        exchange.request.body.append(data, size);
+}
+
+// --- The answer ------------------------------------------------------------------------------------
+
+MHD_Result HttpServer::State::answer(Exchange& exchange, MHD_Connection* connection) {
+    if (exchange.body_status)
+        return send_status(connection, exchange.body_status);
+    switch (exchange.route.kind) {
+    case Route::Kind::Page:
+        return run_page(exchange, connection);
+    case Route::Kind::File:
+        return send_file(exchange, connection);
+    case Route::Kind::Redirect:
+        return send_status(connection, 301, {{"Location", exchange.route.location}});
+    case Route::Kind::Refused:
+        break;
+    }
+    return send_status(connection, exchange.route.status);
+}
+
+MHD_Result HttpServer::State::run_page(Exchange& exchange, MHD_Connection* connection) {
+    auto request = std::make_shared<asp::HttpRequest>(std::move(exchange.request));
+    const int socket = socket_of(connection);
+    request->path = std::move(exchange.route.path);
+    request->query = std::move(exchange.route.query);
+    request->remote_address = peer_address(socket);
+    request->server_address = own_address(socket);
+    request->server_port = listener.port();
+    request->client_connected = [socket] { return is_client_there(socket); };
+    // Suspended first: the answer may be ready before this thread goes on.
+    MHD_suspend_connection(connection);
+    jobs_.run(std::move(request), std::move(exchange.route.site_path),
+              [&exchange, connection](asp::HttpResponse response) {
+                  exchange.answer = std::move(response);
+                  MHD_resume_connection(connection);
+              });
+    return MHD_YES;
+}
+
+MHD_Result HttpServer::State::send_file(const Exchange& exchange, MHD_Connection* connection) const {
+    const std::string& path = exchange.route.found.physical;
+    const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW);
+
+    struct stat status {};
+
+    if (file < 0 || fstat(file, &status) != 0 || !S_ISREG(status.st_mode)) {
+        if (file >= 0)
+            close(file);
+        return send_status(connection, 404);
+    }
+    const FileAnswer answer =
+        answer_file(asp::stamp_of(status), content_type(path), exchange.request.headers);
+    ResponsePointer response(nullptr, MHD_destroy_response);
+    if (answer.length > 0) {
+        response.reset(MHD_create_response_from_fd_at_offset64(answer.length, file, answer.offset));
+    } else {
+        close(file);
+        response = response_of_text({});
+    }
+    if (!response)
+        return MHD_NO;
+    add_headers(*response, answer.headers);
+    return MHD_queue_response(connection, static_cast<unsigned>(answer.status), response.get());
+}
+
+MHD_Result HttpServer::State::send(MHD_Connection* connection, asp::HttpResponse answer) {
+    if (answer.status == 204 || answer.status == 304)
+        answer.body.clear();
+    const ResponsePointer response = response_of_text(std::move(answer.body));
+    if (!response)
+        return MHD_NO;
+    add_headers(*response, answer.headers);
+    MHD_add_response_header(response.get(), "X-Content-Type-Options", "nosniff");
+    return MHD_queue_response(connection, static_cast<unsigned>(answer.status), response.get());
+}
+
+MHD_Result HttpServer::State::send_status(MHD_Connection* connection, int status, asp::Headers headers) {
+    asp::HttpResponse response = asp::plain_message(status);
+    std::ranges::move(headers, std::back_inserter(response.headers));
+    return send(connection, std::move(response));
+}
+
+// --- HttpServer ------------------------------------------------------------------------------------
+
+HttpServer::HttpServer(asp::Site& site, const Settings& settings)
+    : state_(std::make_unique<State>(site, settings)) {}
+
+HttpServer::~HttpServer() = default;
+
+std::uint16_t HttpServer::port() const noexcept {
+    return state_->listener.port();
+}
+
+std::string HttpServer::address() const {
+    const std::string& host = state_->settings.host;
+    const bool is_v6 = host.find(':') != std::string::npos;
+    return "http://" + (is_v6 ? '[' + host + ']' : host) + ':' + std::to_string(port()) + '/';
+}
+
+void HttpServer::stop() {
+    state_->stop();
+}
+
+} // namespace tabrixdb::server

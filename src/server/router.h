@@ -1,0 +1,35 @@
+#pragma once
+
+#include "asp/site_paths.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tabrixdb::server {
+
+// What an address leads to.
+struct Route {
+    enum class Kind {
+        Page,     // an .asp page
+        File,     // a file, sent as it is
+        Redirect, // a folder that was named without its slash
+        Refused,  // nothing; `status` says why
+    };
+
+    Kind kind = Kind::Refused;
+    int status = 404;
+    std::string path;      // decoded, as the client spelt it; with the default page's name
+    std::string query;     // raw
+    std::string site_path; // in the real spelling
+    std::string location;  // of a Redirect
+    asp::SitePaths::Found found;
+};
+
+// Finds what a request's target names. 400 for one that cannot be read; 404 for what is not there, what
+// leads out of the site, and what is never served: hidden files, types that are not known, pages among the
+// files that visitors have uploaded.
+Route route(const asp::SitePaths& paths, std::string_view target,
+            const std::vector<std::string>& default_pages);
+
+} // namespace tabrixdb::server
