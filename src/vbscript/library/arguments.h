@@ -24,6 +24,7 @@ public:
         }
     }
 
+    explicit Value(Variant&&) = delete; // it is not kept
     Value(const Value&) = delete;
     Value& operator=(const Value&) = delete;
 
@@ -52,6 +53,8 @@ public:
         use_held_ = true;
     }
 
+    explicit TextArgument(Variant&&) = delete; // it is not kept
+
     bool is_null() const { return value_->is_null(); }
 
     const Text& operator*() const {
@@ -67,6 +70,10 @@ private:
     Text held_;
     bool use_held_ = false;
 };
+
+inline const Variant& argument_or(Arguments arguments, std::size_t index, const Variant& otherwise) {
+    return given(arguments, index) ? *arguments[index] : otherwise;
+}
 
 inline std::int32_t long_or(Arguments arguments, std::size_t index, std::int32_t otherwise) {
     return given(arguments, index) ? to_long(*arguments[index]) : otherwise;

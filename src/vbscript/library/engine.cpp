@@ -14,7 +14,8 @@ Variant get_locale(Arguments) {
 // By number or name; without one, the system's. Returns the number of the one before.
 Variant set_locale(Arguments arguments) {
     const auto previous = static_cast<std::int32_t>(Locale::current().lcid);
-    const Value wanted(given(arguments, 0) ? *arguments[0] : Variant(std::int32_t{0}));
+    const Variant system(std::int32_t{0});
+    const Value wanted(argument_or(arguments, 0, system));
     const bool by_name = wanted->is_string() && !is_numeric(*wanted);
     const Locale* locale = by_name ? Locale::find(wanted->text().view())
                                    : Locale::find(static_cast<std::uint32_t>(to_long(*wanted)));

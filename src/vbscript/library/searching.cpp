@@ -98,8 +98,8 @@ Variant array_of(std::vector<Variant> elements) {
 
 Variant split(Arguments arguments) {
     const TextArgument text(*arguments[0]);
-    const Text blank(" ");
-    const TextArgument delimiter(given(arguments, 1) ? *arguments[1] : Variant(blank));
+    const Variant blank(" ");
+    const TextArgument delimiter(argument_or(arguments, 1, blank));
     std::int32_t left = long_or(arguments, 2, -1);
     const bool ignore_case = ignore_case_argument(arguments, 3);
     if (left < -1)
@@ -133,8 +133,8 @@ std::span<const Variant> list_argument(const Value& value) {
 
 Variant join(Arguments arguments) {
     const Value list(*arguments[0]);
-    const Text blank(" ");
-    const TextArgument delimiter(given(arguments, 1) ? *arguments[1] : Variant(blank));
+    const Variant blank(" ");
+    const TextArgument delimiter(argument_or(arguments, 1, blank));
     std::string out;
     bool first = true;
     for (const Variant& element : list_argument(list)) {
