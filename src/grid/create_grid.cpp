@@ -12,9 +12,8 @@
 #include "grid/edit_toggle.h"
 #include "grid/layout.h"
 #include "grid/paging.h"
+#include "grid/row_template.h"
 #include "template/buttons.h"
-#include "template/column_tag.h"
-#include "template/content.h"
 
 namespace tabrixdb {
 
@@ -59,7 +58,8 @@ private:
 
     void render_header();
     void render_rows();
-    void render_row(const std::string& row_template, std::int16_t row);
+    void finish_row(std::string& text, std::int16_t row);
+    void require_inputs(const RowTemplate& row_template, std::int16_t row);
     void render_footer();
     void render_validation();
 
@@ -226,29 +226,22 @@ void GridRenderer::render_footer() {
 void GridRenderer::render_rows() {
     if (!pro_.goto_bookmark.is_empty())
         records().set_bookmark(pro_.goto_bookmark);
+    const auto finish = [this](std::string& text, std::int16_t row) { finish_row(text, row); };
+    // A fed grid's rows show counters of their record, so each is made by itself.
+    RowTemplate content(std::move(layout_.row), columns_, finish, !grid_.from_grid);
+    RowTemplate stripe(layout_.stripe, columns_, finish, !grid_.from_grid);
     for (std::int16_t row = 1; row <= rows_ && !records().eof(); ++row) {
-        const bool stripe = row % 2 == 0 && !layout_.stripe.empty();
-        render_row(stripe ? layout_.stripe : layout_.row, row);
+        RowTemplate& row_template = row % 2 == 0 && !layout_.stripe.empty() ? stripe : content;
+        row_template.append(out_, row);
+        require_inputs(row_template, row);
         if (page_ended())
             return;
         records().move_next();
     }
 }
 
-void GridRenderer::render_row(const std::string& row_template, std::int16_t row) {
-    std::string text = row_template;
-    std::string value;
-    for (const Column& column : columns_) {
-        if (!column.tag.occurs_in(text))
-            continue;
-        value.clear();
-        column.content.append(value);
-        const DbField& field = column.content.field();
-        if (field.required != 0)
-            validation_ += "document." + grid_.grid_id + "." + posted_name(field.name, row) +
-                           ".required=" + std::to_string(field.required) + ";\r\n";
-        column.tag.replace_in(text, value.find_first_not_of(' ') == std::string::npos ? "&nbsp;" : value);
-    }
+// What a row gets after its columns.
+void GridRenderer::finish_row(std::string& text, std::int16_t row) {
     if (grid_.from_grid && grid_.grid_mode)
         text = replace_ignore_case(text, "#~record_pointer_" + std::to_string(row) + "~#", "#");
     else
@@ -256,7 +249,16 @@ void GridRenderer::render_row(const std::string& row_template, std::int16_t row)
     parse_row_buttons(text, buttons(), row);
     if (grid_.from_grid)
         parse_header_footer_buttons(text, buttons());
-    out_ += text;
+}
+
+// Tells the validation function which inputs of the row have to be filled.
+void GridRenderer::require_inputs(const RowTemplate& row_template, std::int16_t row) {
+    for (std::size_t i = 0; i < columns_.size(); ++i) {
+        const DbField& field = columns_[i].content.field();
+        if (field.required != 0 && row_template.shows(i))
+            validation_ += "document." + grid_.grid_id + "." + posted_name(field.name, row) +
+                           ".required=" + std::to_string(field.required) + ";\r\n";
+    }
 }
 
 void GridRenderer::render_validation() {

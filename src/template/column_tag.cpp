@@ -14,10 +14,10 @@ bool ColumnTag::occurs_in(std::string_view text) const {
            (!plain_.empty() && contains_ignore_case(text, plain_));
 }
 
-void ColumnTag::replace_in(std::string& text, std::string_view with) const {
-    text = replace_ignore_case(text, underscored_, with);
+void ColumnTag::replace_in(std::string& text, std::string_view with, std::size_t most) const {
+    text = replace_ignore_case(text, underscored_, with, most);
     if (!plain_.empty())
-        text = replace_ignore_case(text, plain_, with);
+        text = replace_ignore_case(text, plain_, with, most);
 }
 
 } // namespace tabrixdb

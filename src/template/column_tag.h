@@ -1,5 +1,7 @@
 #pragma once
 
+#include "automation/text.h"
+
 #include <string>
 #include <string_view>
 
@@ -13,8 +15,8 @@ public:
     explicit ColumnTag(std::string_view column);
 
     bool occurs_in(std::string_view text) const;
-    // Every occurrence of either form, in any case.
-    void replace_in(std::string& text, std::string_view with) const;
+    // Every occurrence of either form, in any case. Error 14 when the text would pass `most` bytes.
+    void replace_in(std::string& text, std::string_view with, std::size_t most = kMaxTextBytes) const;
 
 private:
     std::string underscored_;
