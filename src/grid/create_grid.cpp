@@ -80,12 +80,7 @@ private:
     GridLayout layout_;
     std::int16_t rows_ = 0; // most rows of this page
 
-    struct Column {
-        ColumnTag tag;
-        ColumnContent content;
-    };
-
-    std::vector<Column> columns_;
+    std::vector<RowColumn> columns_;
     std::string out_;
     std::string validation_; // body of the client-side validation function
 };
