@@ -1,0 +1,137 @@
+#include "ado/cursor.h"
+
+#include "ado/forward_cursor.h"
+#include "ado/stored_cursor.h"
+#include "ado/window_cursor.h"
+
+#include <algorithm>
+
+namespace tabrixdb::ado {
+
+namespace {
+
+std::int32_t type_of(const Cell& cell) {
+    namespace type = platform::data_type;
+    switch (cell.kind) {
+    case Cell::Kind::Integer:
+        return type::kInteger;
+    case Cell::Kind::Real:
+        return type::kDouble;
+    case Cell::Kind::Bytes:
+        return type::kLongVarBinary;
+    default:
+        return type::kVarWChar;
+    }
+}
+
+bool same_names(const std::vector<ColumnInfo>& a, const std::vector<ColumnInfo>& b) {
+    return std::ranges::equal(
+        a, b, {}, [](const ColumnInfo& info) { return info.column.name; },
+        [](const ColumnInfo& info) { return info.column.name; });
+}
+
+// A cursor that has the database do the work, if the query can stand as a derived table with the same names.
+std::unique_ptr<Cursor> window_over(const std::shared_ptr<Session>& session, const Statement& plain,
+                                    std::string_view sql) {
+    if (!plain.reads_only() || plain.parameters() != 0)
+        return nullptr;
+    auto query = derived_query(sql);
+    if (!query)
+        return nullptr;
+    try {
+        const std::vector<ColumnInfo>& columns = plain.columns();
+        const auto wrapped = session->prepare_single(
+            window_sql(*query, session->database().dialect(), {columns, Condition(), SortOrder()}));
+        if (wrapped && same_names(columns, wrapped->columns()))
+            return std::make_unique<WindowCursor>(session, columns, std::move(*query));
+    } catch (const Error&) {
+        session->database().clear_errors(); // the plain statement is fine; so the wrapping is not
+    }
+    return nullptr;
+}
+
+std::unique_ptr<Cursor> cursor_over(const std::shared_ptr<Session>& session,
+                                    std::unique_ptr<Statement> statement, std::string_view sql, bool scrolls,
+                                    bool alone) {
+    const bool steps = alone && statement->reads_only();
+    if (steps && !scrolls)
+        return std::make_unique<ForwardCursor>(session, std::move(statement));
+    if (steps)
+        if (auto window = window_over(session, *statement, sql))
+            return window;
+    return std::make_unique<StoredCursor>(session, std::move(statement));
+}
+
+bool is_blank(std::string_view text) {
+    return text.find_first_not_of(" \t\r\n\f\v") == std::string_view::npos;
+}
+
+} // namespace
+
+Cursor::Cursor(std::shared_ptr<Session> session, std::vector<ColumnInfo> columns)
+    : session_(std::move(session)),
+      columns_(std::move(columns)),
+      typed_(std::ranges::all_of(columns_, &ColumnInfo::declared)) {
+    session_->add_reader(*this);
+}
+
+Cursor::~Cursor() {
+    session_->remove_reader(*this);
+}
+
+const std::vector<ColumnInfo>& Cursor::columns() {
+    if (!typed_)
+        find_types();
+    return columns_;
+}
+
+void Cursor::find_types() {
+    const bool has_row = sample();
+    typed_ = true;
+    if (!has_row)
+        return;
+    for (std::size_t i = 0; i < columns_.size(); ++i) {
+        ColumnInfo& info = columns_[i];
+        if (info.declared)
+            continue;
+        info.column.type = type_of(sample_cell(i));
+        if (info.column.type == platform::data_type::kInteger)
+            info.column.defined_size = 4;
+        else if (info.column.type == platform::data_type::kDouble)
+            info.column.defined_size = 8;
+    }
+}
+
+Execution run(const std::shared_ptr<Session>& session, std::string_view sql, bool scrolls) {
+    Execution result;
+    Database& database = session->database();
+    database.clear_errors();
+    bool any = false;
+    while (!is_blank(sql)) {
+        std::size_t used = 0;
+        auto statement = database.prepare(sql, used);
+        const bool alone = !any && is_blank(sql.substr(used));
+        const std::string_view text = sql.substr(0, used);
+        sql.remove_prefix(used);
+        if (!statement)
+            continue;
+        any = true;
+        const bool writes = !statement->reads_only();
+        if (writes)
+            session->before_write();
+        if (!statement->columns().empty() && !result.cursor) {
+            result.cursor = cursor_over(session, std::move(statement), text, scrolls, alone);
+        } else {
+            while (statement->step()) {
+            }
+        }
+        if (writes)
+            result.rows_changed = std::max<std::int64_t>(result.rows_changed, 0) + database.rows_changed();
+    }
+    if (!any)
+        throw Error(static_cast<std::int32_t>(0x80040E0C), "Command text was not set.",
+                    std::string(kConnectionSource));
+    return result;
+}
+
+} // namespace tabrixdb::ado
