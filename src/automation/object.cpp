@@ -91,7 +91,7 @@ Variant invoke_member(Object& object, const Member& member, Access access, Argum
     if (member.is_method || !member.get || depth == kMaxPassedOn)
         throw Error(thunk ? kErrorArguments : kErrorNoMember);
     const std::size_t own = std::min(given, member.parameters.size());
-    if (access == Access::Get && given == own)
+    if (access != Access::Let && given == own)
         throw Error(kErrorNoMember);
     const Variant holder = call(object, member, member.get, arguments.first(own), false);
     if (access != Access::Get && !holder.is_object())

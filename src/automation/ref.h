@@ -10,6 +10,9 @@ namespace tabrixdb {
 // go. The count is not atomic: an object belongs to one thread at a time (the thread of the request, or
 // the one that holds the session's lock). What threads share at once (compiled pages, cached templates)
 // is held by std::shared_ptr instead.
+//
+// The last release destroys at once; within a very deep chain of destructions (a list whose every node holds
+// the next), at the latest when the outermost one ends.
 class Counted {
 public:
     Counted() noexcept = default;
@@ -20,7 +23,7 @@ public:
 
     void release() const noexcept {
         if (--references_ == 0)
-            delete this;
+            destroy();
     }
 
     // How many references are held now; for decisions such as "may I change it in place".
@@ -30,6 +33,8 @@ protected:
     virtual ~Counted() = default;
 
 private:
+    void destroy() const noexcept;
+
     mutable std::size_t references_ = 0;
 };
 

@@ -76,6 +76,15 @@ char32_t surrogate_bits(std::string_view three) {
 
 } // namespace
 
+// What units() will be after append(more), where it is cheap to tell: a length that is known stays so, and
+// a loop that asks for it after each append costs its output and not its square.
+std::size_t Text::units_after(std::string_view more) const noexcept {
+    const std::size_t known = block_ ? block_->units.load(std::memory_order_relaxed) : 0;
+    // A first byte that continues a character might complete a broken one.
+    const bool separate = (static_cast<unsigned char>(more[0]) & 0xC0) != 0x80;
+    return known == kUnknown || is_bytes() || !separate ? kUnknown : known + utf16_length(more);
+}
+
 void Text::append(std::string_view more) {
     if (more.empty())
         return;
@@ -89,6 +98,7 @@ void Text::append(std::string_view more) {
         return;
     }
     const std::size_t total = size() + more.size();
+    const std::size_t units = units_after(more);
     if (!alone || block_->capacity < total) {
         if (total > kMaxTextBytes)
             throw Error(14);
@@ -100,6 +110,7 @@ void Text::append(std::string_view more) {
         grown->size = size();
         std::memcpy(grown->data() + grown->size, more.data(), more.size());
         grown->size = total;
+        grown->units.store(units, std::memory_order_relaxed);
         if (block_)
             drop();
         block_ = grown;
@@ -107,7 +118,7 @@ void Text::append(std::string_view more) {
     }
     std::memmove(block_->data() + block_->size, more.data(), more.size());
     block_->size = total;
-    block_->units.store(kUnknown, std::memory_order_relaxed);
+    block_->units.store(units, std::memory_order_relaxed);
 }
 
 // --- Unicode ---------------------------------------------------------------------------------------
@@ -362,12 +373,15 @@ bool starts_with_ignore_case(std::string_view text, std::string_view wanted) noe
 }
 
 template <class Find>
-std::string replace_each(std::string_view text, std::string_view wanted, std::string_view with, Find find) {
+std::string replace_each(std::string_view text, std::string_view wanted, std::string_view with, std::size_t most,
+                         Find find) {
     std::string out;
     std::size_t done = 0;
     if (!wanted.empty()) {
         for (std::size_t at = find(0); at != std::string_view::npos; at = find(done)) {
             out.append(text.substr(done, at - done)).append(with);
+            if (out.size() > most)
+                throw Error(14);
             done = at + wanted.size();
         }
     }
@@ -441,13 +455,14 @@ bool contains_ignore_case(std::string_view text, std::string_view wanted) noexce
     return find_ignore_case(text, wanted) != std::string_view::npos;
 }
 
-std::string replace_ignore_case(std::string_view text, std::string_view wanted, std::string_view with) {
-    return replace_each(text, wanted, with,
+std::string replace_ignore_case(std::string_view text, std::string_view wanted, std::string_view with,
+                                std::size_t most) {
+    return replace_each(text, wanted, with, most,
                         [&](std::size_t from) { return find_ignore_case(text, wanted, from); });
 }
 
 std::string replace_all(std::string_view text, std::string_view wanted, std::string_view with) {
-    return replace_each(text, wanted, with, [&](std::size_t from) { return text.find(wanted, from); });
+    return replace_each(text, wanted, with, kMaxTextBytes, [&](std::size_t from) { return text.find(wanted, from); });
 }
 
 std::size_t IgnoreCaseHash::operator()(std::string_view text) const noexcept {

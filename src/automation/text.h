@@ -88,6 +88,7 @@ private:
     };
 
     static Block* allocate(std::size_t capacity);
+    std::size_t units_after(std::string_view more) const noexcept;
     void drop() noexcept;
 
     Block* block_ = nullptr;
@@ -126,7 +127,9 @@ std::size_t rfind_ignore_case(std::string_view text, std::string_view wanted) no
 bool contains_ignore_case(std::string_view text, std::string_view wanted) noexcept;
 // Replaces every occurrence, left to right, never looking into what it put in. An empty `wanted` changes
 // nothing.
-std::string replace_ignore_case(std::string_view text, std::string_view wanted, std::string_view with);
+// The result may have `most` bytes; one more is Error 14.
+std::string replace_ignore_case(std::string_view text, std::string_view wanted, std::string_view with,
+                                std::size_t most = kMaxTextBytes);
 std::string replace_all(std::string_view text, std::string_view wanted, std::string_view with);
 std::string upper(std::string_view text);
 std::string lower(std::string_view text);
