@@ -1,5 +1,7 @@
 #include "asp/page.h"
 
+#include "ado/classes.h"
+#include "ado/session.h"
 #include "asp/asp_error.h"
 #include "asp/classes.h"
 #include "asp/code_page.h"
@@ -174,6 +176,19 @@ Object* Page::global_object(std::string_view name) {
     if (equal_ignore_case(name, "Application"))
         return application_.get();
     return nullptr;
+}
+
+Ref<platform::Connection> Page::create_connection() {
+    return make_ref<ado::Connection>();
+}
+
+Ref<platform::Recordset> Page::create_recordset() {
+    return make_ref<ado::Recordset>();
+}
+
+// This host evaluates no expressions for the engine yet.
+Ref<platform::ScriptControl> Page::create_script_control() {
+    throw Error(kErrorCannotCreate);
 }
 
 Ref<Object> Page::create_object(std::string_view program_id) {

@@ -11,9 +11,14 @@ namespace tabrixdb::asp {
 
 namespace {
 
-constexpr std::string_view kScript = "TabrixScript";
 // Run-time error numbers of the script stand in the low half of &H800A0000.
 constexpr std::uint32_t kScriptFacility = 0x800A0000;
+
+// "ADODB.Recordset" as it is; the script engine's own name of itself ends with the word that follows anyway.
+std::string_view without_error(std::string_view source) {
+    constexpr std::string_view kWord = " error";
+    return source.ends_with(kWord) ? source.substr(0, source.size() - kWord.size()) : source;
+}
 
 std::string four_digits(int code) {
     char text[16];
@@ -35,10 +40,9 @@ PageFault fault_of(const vbscript::ScriptError& error) {
     fault.asp_code = split_asp_code(source);
     const auto number = static_cast<std::uint32_t>(error.number());
     fault.number = static_cast<std::int32_t>(number <= 0xFFFF ? kScriptFacility + number : number);
-    if (!source.empty() && !error.compile_error && !equal_ignore_case(source, kScript))
-        fault.category = source;
-    else
-        fault.category = std::string(kScript) + (error.compile_error ? " compilation" : " runtime");
+    fault.category = without_error(error.compile_error ? vbscript::kCompileErrorSource
+                                   : source.empty()    ? vbscript::kRuntimeErrorSource
+                                                       : source);
     fault.description = error.description();
     if (fault.asp_code)
         fault.asp_description = asp_fault(fault.asp_code).text;

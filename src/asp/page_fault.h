@@ -13,7 +13,7 @@ namespace tabrixdb::asp {
 struct PageFault {
     int asp_code = 0;        // 0: not one of the page objects' errors
     std::int32_t number = 0; // as a full code: &H800A000D
-    std::string category;    // "TabrixScript runtime", "Active Server Pages", "ADODB.Recordset", ...
+    std::string category;    // "TabrixDb VBScript runtime", "Active Server Pages", "ADODB.Recordset", ...
     std::string description;
     std::string asp_description;
     std::string file; // virtual path; empty when there is no place

@@ -1,0 +1,91 @@
+#include "asp/session_store.h"
+
+#include <set>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace tabrixdb::asp {
+namespace {
+
+using std::chrono::minutes;
+
+TEST(SessionStore, KnowsItsSessionsByUnguessableIds) {
+    SessionStore store(20);
+    std::set<std::string> ids;
+    for (int i = 0; i < 100; ++i)
+        ids.insert(store.create()->id);
+    EXPECT_EQ(ids.size(), 100U);
+    for (const std::string& id : ids) {
+        EXPECT_EQ(id.size(), 32U);
+        EXPECT_EQ(store.find(id)->id, id);
+    }
+    EXPECT_EQ(store.find(""), nullptr);
+    EXPECT_EQ(store.find(std::string(32, '0')), nullptr);
+}
+
+TEST(SessionStore, EndsSessionsThatWereNotUsed) {
+    SessionStore store(20);
+    const auto unused = store.create(), longer = store.create(), busy = store.create();
+    longer->minutes = 60;
+    busy->turnstile.enter([] {});
+    store.sweep(Clock::now() + minutes(19));
+    EXPECT_EQ(store.size(), 3U);
+    store.sweep(Clock::now() + minutes(21));
+    EXPECT_EQ(store.find(unused->id), nullptr);
+    EXPECT_EQ(store.find(longer->id), longer);
+    EXPECT_EQ(store.find(busy->id), busy);
+}
+
+TEST(SessionStore, MakesRoomAtTheCostOfThoseWhoNeverCameBack) {
+    SessionStore store(20, 3);
+    const auto first = store.create(), second = store.create(), third = store.create();
+    store.find(first->id);
+    const auto fourth = store.create();
+    EXPECT_EQ(store.size(), 3U);
+    EXPECT_EQ(store.find(second->id), nullptr);
+    for (const auto& kept : {first, third, fourth})
+        EXPECT_NE(store.find(kept->id), nullptr);
+    store.create(); // all have come back: the one unused for longest goes
+    EXPECT_EQ(store.find(first->id), nullptr);
+}
+
+TEST(SessionStore, ForgetsAnAbandonedSessionWithItsLease) {
+    SessionStore store(20);
+    const auto session = store.create();
+    session->turnstile.enter([] {});
+    {
+        const SessionLease lease(store, session);
+        EXPECT_EQ(lease.session(), session.get());
+        session->abandoned = true;
+        EXPECT_EQ(lease.session(), nullptr);
+    }
+    EXPECT_EQ(store.size(), 0U);
+    EXPECT_FALSE(session->turnstile.busy());
+}
+
+TEST(Turnstile, LetsOneThroughAtATimeInOrder) {
+    Turnstile turnstile;
+    std::vector<int> turns;
+    for (int i = 0; i < 3; ++i)
+        EXPECT_TRUE(turnstile.enter([&, i] { turns.push_back(i); }));
+    EXPECT_EQ(turns, std::vector<int>{0});
+    turnstile.leave();
+    EXPECT_EQ(turns, (std::vector<int>{0, 1}));
+    turnstile.leave();
+    turnstile.leave();
+    EXPECT_EQ(turns, (std::vector<int>{0, 1, 2}));
+    EXPECT_FALSE(turnstile.busy());
+}
+
+TEST(Turnstile, RefusesAnEndlessQueue) {
+    Turnstile turnstile;
+    int refused = 0;
+    for (int i = 0; i < 1000; ++i)
+        refused += !turnstile.enter([] {});
+    EXPECT_GT(refused, 900);
+}
+
+} // namespace
+} // namespace tabrixdb::asp
