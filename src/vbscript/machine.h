@@ -30,6 +30,7 @@ public:
 
 struct Limits {
     std::size_t recursion = 400; // nested procedure calls; one more is Error 28
+    std::uint64_t steps = 0;     // loop rounds and procedure calls before the run is stopped; 0: any number
 };
 
 enum class Outcome : std::uint8_t { Finished, Stopped }; // Stopped: see Interrupt::reason()

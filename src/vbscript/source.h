@@ -39,6 +39,10 @@ struct Source {
     std::vector<Piece> pieces;
 };
 
+// Who raised an error of the script engine itself, as messages and Err.Source name it.
+inline constexpr std::string_view kRuntimeErrorSource = "TabrixDb VBScript runtime error";
+inline constexpr std::string_view kCompileErrorSource = "TabrixDb VBScript compilation error";
+
 // An error with its place. Compile errors have numbers 1001 to 1058; run-time errors the number, text and
 // source of the Error that was raised.
 class ScriptError : public Error {

@@ -1,0 +1,259 @@
+#include "vbscript/compiler.h"
+#include "vbscript/library.h"
+#include "vbscript/place.h"
+
+namespace tabrixdb::vbscript {
+
+// --- Names -----------------------------------------------------------------------------------------
+
+// The nearest declaration counts: the procedure's, the unit's, the library's. What none of them has (an
+// object of the host, a name of another unit, a name that was never declared) is found at run time.
+Compiler::Meaning Compiler::meaning(std::string_view name) {
+    if (const auto found = body_->names.find(name); found != body_->names.end())
+        return {Meaning::Kind::Variable, found->second};
+    if (const ProcedureDeclaration* procedure = body_->declaration) {
+        if (procedure->is_function && equal_ignore_case(procedure->name, name))
+            return {Meaning::Kind::Variable, body_->result};
+        const auto constant = procedure->scope.constants.find(name);
+        if (constant != procedure->scope.constants.end())
+            return {Meaning::Kind::Constant, builder_.constant(*constant->second)};
+    }
+    if (const auto constant = unit_.scope.constants.find(name); constant != unit_.scope.constants.end())
+        return {Meaning::Kind::Constant, builder_.constant(*constant->second)};
+    if (unit_.scope.variable_index.contains(name) || implicit_globals_.contains(name))
+        return {Meaning::Kind::Variable, builder_.link(name)};
+    if (unit_.procedure_index.contains(name))
+        return {Meaning::Kind::Procedure, builder_.link(name)};
+    if (const Variant* constant = find_library_constant(name))
+        return {Meaning::Kind::Constant, builder_.constant(*constant)};
+    if (find_library_function(name))
+        return {Meaning::Kind::Library, builder_.link(name)};
+    Meaning dynamic{Meaning::Kind::Dynamic, builder_.link(name)};
+    if (body_->declaration && !unit_.option_explicit) {
+        const auto [entry, is_new] = body_->undeclared.try_emplace(name);
+        if (is_new)
+            entry->second = body_->frame.local();
+        dynamic.local = entry->second;
+    }
+    return dynamic;
+}
+
+Operand Compiler::variable(const Meaning& meaning, std::string_view name) {
+    switch (meaning.kind) {
+    case Meaning::Kind::Variable:
+        return meaning.at;
+    case Meaning::Kind::Dynamic: {
+        const Operand reference = body_->frame.reference();
+        builder_.emit({.code = OpCode::BindName, .a = reference, .b = meaning.at, .c = meaning.local});
+        return reference;
+    }
+    default:
+        raise(501, name);
+        return body_->frame.temporary();
+    }
+}
+
+Operand Compiler::variable_or_value(const Meaning& meaning, const Expression& name) {
+    if (meaning.kind == Meaning::Kind::Variable)
+        return meaning.at;
+    if (meaning.kind != Meaning::Kind::Dynamic)
+        return evaluate_name(name);
+    const Operand value = body_->frame.temporary();
+    const Operand reference = body_->frame.reference();
+    builder_.emit({.code = OpCode::BindArgument,
+                   .count = static_cast<std::uint16_t>(value.index()),
+                   .a = reference,
+                   .b = meaning.at,
+                   .c = meaning.local});
+    return reference;
+}
+
+Operand Compiler::with_object() {
+    if (!body_->withs.empty())
+        return body_->withs.back();
+    raise(505, {});
+    return builder_.constant(Variant());
+}
+
+// --- Calls -----------------------------------------------------------------------------------------
+
+std::uint16_t Compiler::list_size(std::size_t size) const {
+    if (size > kMaxList)
+        raise_compile_error(program_.source, place_, 1001);
+    return static_cast<std::uint16_t>(size);
+}
+
+std::vector<Operand> Compiler::values(std::span<const Expression* const> expressions) {
+    std::vector<Operand> operands;
+    for (const Expression* expression : expressions)
+        operands.push_back(evaluate(*expression));
+    return operands;
+}
+
+Operand Compiler::call(const Expression& call, Operand into) {
+    const Expression& callee = *call.left;
+    if (callee.kind == Expression::Kind::Member)
+        return call_member(callee, call.arguments, into);
+    const Temporaries temporaries(body_->frame);
+    Operand target;
+    if (callee.kind == Expression::Kind::Name) {
+        Meaning name = meaning(callee.name);
+        // With brackets, a function's name inside the function is a call and not its result.
+        const ProcedureDeclaration* self = body_->declaration;
+        if (self && self->is_function && equal_ignore_case(self->name, callee.name))
+            name = {Meaning::Kind::Procedure, builder_.link(callee.name)};
+        const Instruction by_name{.code = OpCode::CallName, .a = into, .b = name.at};
+        switch (name.kind) {
+        case Meaning::Kind::Procedure:
+        case Meaning::Kind::Dynamic: {
+            Prepared prepared = prepare(call.arguments);
+            for (Operand& operand : prepared.operands)
+                if (operand.kind() == Operand::Kind::Constant) { // a parameter may be assigned to
+                    const Operand copy = body_->frame.temporary();
+                    builder_.emit({.code = OpCode::Move, .a = copy, .b = operand});
+                    operand = copy;
+                }
+            finish_call(by_name, std::move(prepared), {name.local});
+            return into;
+        }
+        case Meaning::Kind::Library:
+            finish_call(by_name, {values(call.arguments), {}}, {name.local});
+            return into;
+        default:
+            target = name.at;
+        }
+    } else {
+        target = evaluate(callee);
+    }
+    const std::vector<Operand> subscripts = values(call.arguments);
+    builder_.emit({.code = OpCode::Index,
+                   .count = list_size(subscripts.size()),
+                   .a = into,
+                   .b = target,
+                   .c = builder_.list(subscripts)});
+    return into;
+}
+
+Operand Compiler::call_member(const Expression& member, std::span<const Expression* const> arguments,
+                              Operand into) {
+    const Temporaries temporaries(body_->frame);
+    const Operand object = member.left ? evaluate(*member.left) : with_object();
+    finish_call({.code = OpCode::GetMember, .a = into, .b = object}, prepare(arguments),
+                {builder_.member(member.name), builder_.cache()});
+    return into;
+}
+
+void Compiler::call_statement(const Expression& expression) {
+    call(expression, Operand());
+}
+
+Compiler::Prepared Compiler::prepare(std::span<const Expression* const> arguments) {
+    Prepared prepared;
+    for (const Expression* argument : arguments)
+        prepared.operands.push_back(prepare_argument(*argument, prepared));
+    return prepared;
+}
+
+// Variables and array elements are passed by reference, everything else as a copy.
+Operand Compiler::prepare_argument(const Expression& argument, Prepared& prepared) {
+    if (argument.kind == Expression::Kind::Name)
+        return variable_or_value(meaning(argument.name), argument);
+    if (argument.kind == Expression::Kind::Group)
+        return held_now(evaluate(argument));
+    if (argument.kind == Expression::Kind::Call && argument.left->kind == Expression::Kind::Name) {
+        const Meaning::Kind kind = meaning(argument.left->name).kind;
+        const bool is_own = body_->declaration && body_->declaration->is_function &&
+                            equal_ignore_case(body_->declaration->name, argument.left->name);
+        if (kind == Meaning::Kind::Variable && !is_own)
+            return prepare_element(argument, prepared);
+    }
+    return evaluate(argument);
+}
+
+// An element is passed as a copy that is stored back after the call, because the array may be
+// redimensioned meanwhile.
+Operand Compiler::prepare_element(const Expression& element, Prepared& prepared) {
+    const Operand value = body_->frame.temporary();
+    const Operand array = meaning(element.left->name).at;
+    std::vector<Operand> subscripts;
+    for (const Expression* subscript : element.arguments)
+        subscripts.push_back(held_now(evaluate(*subscript)));
+    builder_.emit({.code = OpCode::Index,
+                   .count = list_size(subscripts.size()),
+                   .a = value,
+                   .b = array,
+                   .c = builder_.list(subscripts)});
+    prepared.elements.push_back({value, array, std::move(subscripts)});
+    return value;
+}
+
+void Compiler::finish_call(Instruction instruction, Prepared prepared, std::vector<Operand> before) {
+    instruction.count = list_size(prepared.operands.size());
+    before.insert(before.end(), prepared.operands.begin(), prepared.operands.end());
+    instruction.c = builder_.list(before);
+    if (!prepared.elements.empty())
+        instruction.flags |= Instruction::kKeepArguments;
+    builder_.emit(instruction);
+    for (const PassedElement& element : prepared.elements)
+        builder_.emit({.code = OpCode::WriteBack,
+                       .count = list_size(element.subscripts.size()),
+                       .a = element.value,
+                       .b = element.array,
+                       .c = builder_.list(element.subscripts)});
+}
+
+// --- Targets ---------------------------------------------------------------------------------------
+
+void Compiler::store(const Expression& target, Operand value, bool by_reference) {
+    if (target.kind == Expression::Kind::Name) {
+        const Operand at = variable(meaning(target.name), target.name);
+        builder_.emit({.code = by_reference ? OpCode::Set : OpCode::Let, .a = at, .b = value});
+    } else if (target.kind == Expression::Kind::Member) {
+        store_member(target, {}, value, by_reference);
+    } else if (target.kind == Expression::Kind::Call && target.left->kind == Expression::Kind::Member) {
+        store_member(*target.left, target.arguments, value, by_reference);
+    } else {
+        store_element(target, value, by_reference);
+    }
+}
+
+void Compiler::store_member(const Expression& member, std::span<const Expression* const> arguments,
+                            Operand value, bool by_reference) {
+    const Operand object = member.left ? evaluate(*member.left) : with_object();
+    std::vector<Operand> list = {builder_.member(member.name), builder_.cache()};
+    const std::vector<Operand> given = values(arguments);
+    list.insert(list.end(), given.begin(), given.end());
+    builder_.emit({.code = OpCode::StoreMember,
+                   .flags = by_reference ? Instruction::kByReference : std::uint8_t{0},
+                   .count = list_size(given.size()),
+                   .a = value,
+                   .b = object,
+                   .c = builder_.list(list)});
+}
+
+// a(i) = x, a(i)(j) = x, f(x)(i) = y: down to what the subscripts begin at, then one instruction that
+// walks them, so that no element is held while anything else runs.
+void Compiler::store_element(const Expression& target, Operand value, bool by_reference) {
+    std::vector<std::vector<Operand>> groups;
+    const Expression* root = &target;
+    const auto is_element = [](const Expression& at) {
+        return at.kind == Expression::Kind::Call && at.left->kind != Expression::Kind::Member;
+    };
+    for (; is_element(*root); root = root->left)
+        groups.push_back(values(root->arguments));
+    const Operand first = root->kind == Expression::Kind::Name ? variable_or_value(meaning(root->name), *root)
+                                                               : evaluate(*root);
+    std::vector<Operand> list;
+    for (auto group = groups.rbegin(); group != groups.rend(); ++group) {
+        list.push_back(Operand::number(group->size()));
+        list.insert(list.end(), group->begin(), group->end());
+    }
+    builder_.emit({.code = OpCode::StoreElement,
+                   .flags = by_reference ? Instruction::kByReference : std::uint8_t{0},
+                   .count = list_size(groups.size()),
+                   .a = value,
+                   .b = first,
+                   .c = builder_.list(list)});
+}
+
+} // namespace tabrixdb::vbscript

@@ -1,0 +1,322 @@
+#include "vbscript/machine.h"
+
+#include "automation/conversions.h"
+#include "vbscript/machine_state.h"
+#include "vbscript/place.h"
+
+#include <algorithm>
+#include <new>
+
+namespace tabrixdb::vbscript {
+
+// --- Machine ---------------------------------------------------------------------------------------
+
+Machine::Machine(Environment& environment, Interrupt& interrupt, Limits limits)
+    : state_(std::make_unique<State>(environment, interrupt, limits)) {}
+
+Machine::~Machine() = default;
+
+Outcome Machine::run(std::shared_ptr<const Program> program) {
+    return state_->run(std::move(program));
+}
+
+std::optional<Variant> Machine::call(std::string_view procedure, Arguments arguments) {
+    return state_->call(procedure, arguments);
+}
+
+bool Machine::has_procedure(std::string_view name) const {
+    return state_->procedure(name) != nullptr;
+}
+
+Variant Machine::eval(std::string_view expression) {
+    return state_->eval(expression);
+}
+
+// --- State: entrances ------------------------------------------------------------------------------
+
+Machine::State::State(Environment& environment, Interrupt& interrupt, Limits limits)
+    : environment_(environment),
+      interrupt_(interrupt),
+      limits_(limits),
+      err_(make_ref<ErrObject>()) {
+    frames_.reserve(limits_.recursion + 1); // so that a Frame stays where it is
+    Global& err = global("Err");
+    err.kind = Global::Kind::Object;
+    err.value = Variant(err_);
+    global("CreateObject").kind = Global::Kind::CreateObject;
+    global("Eval").kind = Global::Kind::Eval;
+}
+
+Machine::State::~State() = default;
+
+Outcome Machine::State::run(std::shared_ptr<const Program> program) {
+    LoadedUnit& unit = load(std::move(program));
+    const auto value = execute(unit, unit.program->main, {});
+    return value ? Outcome::Finished : Outcome::Stopped;
+}
+
+const Global* Machine::State::procedure(std::string_view name) const {
+    const auto found = globals_.find(name);
+    const bool has = found != globals_.end() && found->second.kind == Global::Kind::Procedure;
+    return has ? &found->second : nullptr;
+}
+
+std::optional<Variant> Machine::State::call(std::string_view name, Arguments arguments) {
+    const Global* found = procedure(name);
+    return found ? execute(*found->unit, *found->procedure, arguments) : std::nullopt;
+}
+
+Variant Machine::State::eval(std::string_view expression) {
+    return evaluate(expression, nullptr);
+}
+
+Variant Machine::State::evaluate(std::string_view expression, const Frame* scope) {
+    Source source;
+    source.files.emplace_back();
+    source.texts.push_back(std::make_shared<const std::string>(expression));
+    source.pieces.push_back({Piece::Kind::Code, *source.texts.back(), {}});
+    const std::unique_ptr<LoadedUnit> unit = link(compile_expression(std::move(source)), scope);
+    return execute(*unit, unit->program->main, {}).value_or(Variant());
+}
+
+// --- Names and units -------------------------------------------------------------------------------
+
+Global& Machine::State::global(std::string_view name) {
+    const auto found = globals_.find(name);
+    return found != globals_.end() ? found->second : globals_[std::string(name)];
+}
+
+// A name that no unit declares: the host's, then the library's.
+void Machine::State::resolve(Global& global, std::string_view name) {
+    if (Object* object = environment_.global_object(name)) {
+        global.kind = Global::Kind::Object;
+        global.value = Variant(Ref<Object>(object));
+    } else if (const LibraryFunction* function = find_library_function(name)) {
+        global.kind = Global::Kind::Library;
+        global.library = function;
+    }
+}
+
+LoadedUnit& Machine::State::load(std::shared_ptr<const Program> program) {
+    std::unique_ptr<LoadedUnit>& unit = units_[program.get()];
+    if (!unit)
+        unit = link(std::move(program), nullptr);
+    declare(*unit);
+    return *unit;
+}
+
+std::unique_ptr<LoadedUnit> Machine::State::link(std::shared_ptr<const Program> program, const Frame* scope) {
+    auto unit = std::make_unique<LoadedUnit>();
+    unit->program = std::move(program);
+    unit->caches.resize(unit->program->caches);
+    for (const Program::Link& wanted : unit->program->links) {
+        if (scope) {
+            const auto& names = scope->procedure->names;
+            const auto local = std::ranges::find_if(names, [&](const Procedure::Named& named) {
+                return equal_ignore_case(named.name, wanted.name);
+            });
+            if (local != names.end()) {
+                Global& stand_in = unit->borrowed.emplace_back();
+                stand_in.kind = Global::Kind::Variable;
+                unit->links.push_back({&stand_in, &(*scope)[local->at]});
+                continue;
+            }
+        }
+        Global& found = global(wanted.name);
+        if (found.kind == Global::Kind::Undefined && wanted.declared == Program::Declared::No)
+            resolve(found, wanted.name);
+        unit->links.push_back({&found, &found.value});
+    }
+    return unit;
+}
+
+void Machine::State::declare(LoadedUnit& unit) {
+    const Program& program = *unit.program;
+    for (std::size_t i = 0; i < program.links.size(); ++i) {
+        const Program::Link& wanted = program.links[i];
+        Global& found = *unit.links[i].global;
+        switch (wanted.declared) {
+        case Program::Declared::No:
+            break;
+        case Program::Declared::Implicit:
+            if (found.kind == Global::Kind::Constant || found.kind == Global::Kind::Procedure)
+                throw located(Error(501), program.source, {});
+            found.kind = Global::Kind::Variable;
+            break;
+        case Program::Declared::Variable:
+            if (found.kind != Global::Kind::Variable)
+                found.value = Variant();
+            found.kind = Global::Kind::Variable;
+            break;
+        case Program::Declared::Constant:
+            found.kind = Global::Kind::Constant;
+            found.value = program.constants[wanted.index];
+            break;
+        case Program::Declared::Procedure:
+            found.kind = Global::Kind::Procedure;
+            found.unit = &unit;
+            found.procedure = &program.procedures[wanted.index];
+            break;
+        }
+    }
+}
+
+// --- Frames ----------------------------------------------------------------------------------------
+
+std::optional<Variant> Machine::State::execute(LoadedUnit& unit, const Procedure& procedure,
+                                               Arguments arguments) {
+    if (arguments.size() != procedure.parameters.size())
+        raise_named(kErrorArguments, procedure.name);
+    const std::size_t base = frames_.size();
+    push_frame(unit, procedure, {});
+    Frame& frame = frames_.back();
+    frame.is_base = true;
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        const Procedure::Parameter& parameter = procedure.parameters[i];
+        if (parameter.by_value)
+            frame.slots[parameter.at.index()] = *arguments[i];
+        else
+            frame.references[parameter.at.index()] = arguments[i];
+    }
+    if (!run_frames(base))
+        return std::nullopt;
+    return std::exchange(returned_, Variant());
+}
+
+void Machine::State::push_frame(LoadedUnit& unit, const Procedure& procedure, Operand result) {
+    if (frames_.size() > limits_.recursion)
+        throw Error(28);
+    Frame frame;
+    frame.unit = &unit;
+    frame.procedure = &procedure;
+    frame.result = result;
+    frame.slot_mark = slots_.mark();
+    frame.reference_mark = references_.mark();
+    frame.slots = slots_.push(procedure.slots);
+    frame.references = references_.push(procedure.references);
+    frame.at = unit.program->code.data() + procedure.first;
+    frames_.push_back(frame);
+}
+
+void Machine::State::pop_frame() {
+    const Frame frame = frames_.back();
+    for (std::uint32_t i = 0; i < frame.procedure->slots; ++i)
+        frame.slots[i] = Variant();
+    frames_.pop_back();
+    slots_.pop(frame.slot_mark);
+    references_.pop(frame.reference_mark);
+}
+
+void Machine::State::return_from_frame() {
+    const Frame& frame = frames_.back();
+    const bool is_base = frame.is_base;
+    const Operand to = frame.result;
+    Variant result;
+    if (frame.procedure->result.exists())
+        result = std::move(frame[frame.procedure->result]);
+    pop_frame();
+    if (is_base) {
+        returned_ = std::move(result);
+        return;
+    }
+    const Frame& caller = frames_.back();
+    const Instruction& call = *caller.at;
+    if (call.code == OpCode::CallName && !(call.flags & Instruction::kKeepArguments)) {
+        const Operand* const arguments = caller.list(call.c) + 1;
+        for (std::size_t i = 0; i < call.count; ++i)
+            if (arguments[i].is_temporary())
+                caller[arguments[i]] = Variant();
+    }
+    if (to.exists())
+        caller[to] = std::move(result);
+}
+
+void Machine::State::unwind(std::size_t base) {
+    while (frames_.size() > base)
+        pop_frame();
+}
+
+bool Machine::State::must_stop() noexcept {
+    if (limits_.steps != 0 && ++steps_ > limits_.steps)
+        interrupt_.stop(Interrupt::Reason::TimedOut);
+    return interrupt_.poll();
+}
+
+// --- Errors ----------------------------------------------------------------------------------------
+
+bool Machine::State::run_frames(std::size_t base) {
+    const auto failed = [&](const Error& error) {
+        const Frame& frame = frames_.back();
+        const Program& program = *frame.unit->program;
+        const Place place = program.place_of(frame.code_index());
+        if (hold(error, base))
+            return;
+        const bool is_own = error.source().empty();
+        throw located(is_own ? Error(error.number(), error.description(), std::string(kRuntimeErrorSource))
+                             : error,
+                      program.source, place);
+    };
+    for (;;) {
+        try {
+            if (interpret(base))
+                return true;
+            unwind(base);
+        } catch (const ScriptError& error) { // has its place already: of a callback's script, or of Eval
+            if (!hold(error, base))
+                throw;
+        } catch (const Error& error) {
+            failed(error);
+        } catch (const std::bad_alloc&) {
+            failed(Error(7));
+        }
+        if (frames_.size() == base)
+            return false;
+    }
+}
+
+// Goes on behind the failed statement in the innermost procedure that asked for it; false, with all frames
+// left, when none did. A stopped run is left whatever the page says about errors.
+bool Machine::State::hold(const Error& error, std::size_t base) {
+    if (interrupt_.stopped()) {
+        unwind(base);
+        return true;
+    }
+    std::size_t holder = frames_.size();
+    while (holder > base && !frames_[holder - 1].resume_next)
+        --holder;
+    unwind(holder);
+    if (holder == base)
+        return false;
+    err_->set(error);
+    Frame& frame = frames_.back();
+    const Program& program = *frame.unit->program;
+    frame.at = program.code.data() + program.next_statement(frame.code_index());
+    return true;
+}
+
+void raise_named(std::int32_t number, std::string_view name) {
+    throw Error(number, std::string(error_text(number)) + ": '" + std::string(name) + "'");
+}
+
+std::string describe(const Variant& value) {
+    if (value.is_string())
+        return "[string: \"" + value.text().str() + "\"]";
+    if (value.is_number())
+        return "[number: " + to_text(value).str() + "]";
+    if (value.is_empty())
+        return "[undefined]";
+    if (value.is_null())
+        return "[null]";
+    return {};
+}
+
+std::string name_of(const Frame& frame, Operand operand) {
+    if (operand.kind() == Operand::Kind::Global)
+        return frame.unit->program->links[operand.index()].name;
+    for (const Procedure::Named& named : frame.procedure->names)
+        if (named.at == operand)
+            return named.name;
+    return {};
+}
+
+} // namespace tabrixdb::vbscript

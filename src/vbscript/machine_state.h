@@ -1,0 +1,193 @@
+#pragma once
+
+#include "automation/array.h"
+#include "automation/error.h"
+#include "vbscript/chunk_stack.h"
+#include "vbscript/err_object.h"
+#include "vbscript/library.h"
+#include "vbscript/machine.h"
+#include "vbscript/program.h"
+
+#include <deque>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace tabrixdb::vbscript {
+
+struct LoadedUnit;
+
+// What a global name of a machine is. Its address never changes.
+struct Global {
+    enum class Kind : std::uint8_t {
+        Undefined,
+        Variable,
+        Constant,
+        Object, // of the host
+        Procedure,
+        Library,
+        CreateObject, // the functions that need the machine itself
+        Eval,
+    };
+
+    bool is_readable() const noexcept {
+        return kind == Kind::Variable || kind == Kind::Constant || kind == Kind::Object;
+    }
+
+    Kind kind = Kind::Undefined;
+    Variant value;
+    LoadedUnit* unit = nullptr;
+    const Procedure* procedure = nullptr;
+    const LibraryFunction* library = nullptr;
+};
+
+// A name that a unit uses, found in this machine. For Eval `value` may be a local of the caller.
+struct Link {
+    Global* global = nullptr;
+    Variant* value = nullptr;
+};
+
+// The member that a call found the last time, valid for objects of the same class.
+struct MemberCache {
+    const void* key = nullptr;
+    int member = -1;
+};
+
+// A program as this machine holds it.
+struct LoadedUnit {
+    std::shared_ptr<const Program> program;
+    std::vector<Link> links;
+    std::vector<MemberCache> caches;
+    std::deque<Global> borrowed; // of Eval: stands for the caller's locals
+};
+
+// A procedure at work.
+struct Frame {
+    LoadedUnit* unit = nullptr;
+    const Procedure* procedure = nullptr;
+    Variant* slots = nullptr;
+    Variant** references = nullptr;
+    const Instruction* at = nullptr; // being carried out
+    Operand result;                  // in the caller's frame
+    bool resume_next = false;
+    bool is_base = false; // called from C++: the result goes to returned_
+    ChunkStack<Variant>::Mark slot_mark;
+    ChunkStack<Variant*>::Mark reference_mark;
+
+    Variant& operator[](Operand operand) const noexcept {
+        switch (operand.kind()) {
+        case Operand::Kind::Reference:
+            return *references[operand.index()];
+        case Operand::Kind::Global:
+            return *unit->links[operand.index()].value;
+        case Operand::Kind::Constant: // read only: whoever writes has an operand of another kind
+            return const_cast<Variant&>(unit->program->constants[operand.index()]);
+        default:
+            return slots[operand.index()];
+        }
+    }
+
+    const Operand* list(Operand first) const noexcept { return &unit->program->operands[first.number()]; }
+
+    std::uint32_t code_index() const noexcept {
+        return static_cast<std::uint32_t>(at - unit->program->code.data());
+    }
+};
+
+// The inside of a Machine. Names and units are in machine.cpp, the instructions in interpreter.cpp, calls in
+// machine_calls.cpp, elements and members in machine_members.cpp, loops in machine_loops.cpp.
+class Machine::State {
+public:
+    State(Environment& environment, Interrupt& interrupt, Limits limits);
+    ~State();
+
+    Outcome run(std::shared_ptr<const Program> program);
+    std::optional<Variant> call(std::string_view procedure, Arguments arguments);
+    const Global* procedure(std::string_view name) const;
+    Variant eval(std::string_view expression);
+
+private:
+    // --- Names and units
+    Global& global(std::string_view name);
+    void resolve(Global& global, std::string_view name);
+    LoadedUnit& load(std::shared_ptr<const Program> program);
+    std::unique_ptr<LoadedUnit> link(std::shared_ptr<const Program> program, const Frame* scope);
+    void declare(LoadedUnit& unit);
+    Variant evaluate(std::string_view expression, const Frame* scope);
+
+    // --- Running
+    // Runs one procedure from C++; nullopt when the run was stopped.
+    std::optional<Variant> execute(LoadedUnit& unit, const Procedure& procedure, Arguments arguments);
+    bool run_frames(std::size_t base);
+    bool interpret(std::size_t base);
+    void push_frame(LoadedUnit& unit, const Procedure& procedure, Operand result);
+    void pop_frame();
+    void return_from_frame();
+    void unwind(std::size_t base);
+    bool hold(const Error& error, std::size_t base);
+    bool must_stop() noexcept;
+
+    // --- Calls
+    // What calls do returns true when it pushed a frame: then the result comes later.
+    bool get_name(Frame& frame, const Instruction& instruction);
+    void bind_name(Frame& frame, const Instruction& instruction);
+    bool bind_argument(Frame& frame, const Instruction& instruction);
+    bool call_name(Frame& frame, const Instruction& instruction);
+    bool call_link(Frame& frame, const Instruction& instruction, Operand result, const Operand* list,
+                   std::size_t count, Operand local);
+    void call_procedure(Frame& frame, const Global& global, Operand result, const Operand* list,
+                        std::size_t count);
+    Variant call_library(Frame& frame, const LibraryFunction& function, const Operand* list,
+                         std::size_t count);
+    Variant create_object(Frame& frame, const Operand* list, std::size_t count);
+    [[noreturn]] void raise_undefined(const Frame& frame, std::string_view name,
+                                      std::int32_t otherwise) const;
+
+    // --- Members and elements
+    void get_member(Frame& frame, const Instruction& instruction);
+    void store_member(Frame& frame, const Instruction& instruction);
+    Variant invoke(Frame& frame, Operand target, Access access, const Operand* site, Arguments arguments);
+    void index(Frame& frame, const Instruction& instruction);
+    Variant element(Frame& frame, const Variant& holder, const Operand* list, std::size_t count,
+                    const std::string& name);
+    void store_element(Frame& frame, const Instruction& instruction);
+    void write_back(Frame& frame, const Instruction& instruction);
+    void redim(Frame& frame, const Instruction& instruction);
+    void dim_array(Frame& frame, const Instruction& instruction);
+    void erase(Frame& frame, const Instruction& instruction);
+    void let(Frame& frame, const Instruction& instruction);
+    void set(Frame& frame, const Instruction& instruction);
+
+    // --- Loops and text
+    bool for_start(Frame& frame, const Instruction& instruction);
+    bool for_next(Frame& frame, const Instruction& instruction);
+    bool for_each_start(Frame& frame, const Instruction& instruction);
+    bool for_each_next(Frame& frame, const Instruction& instruction);
+    void with_start(Frame& frame, const Instruction& instruction);
+    void concatenate(Frame& frame, const Instruction& instruction);
+    void append(Frame& frame, const Instruction& instruction);
+    Text join(const Frame& frame, const Operand* list, std::size_t count);
+
+    Environment& environment_;
+    Interrupt& interrupt_;
+    Limits limits_;
+    std::uint64_t steps_ = 0;
+    Ref<ErrObject> err_;
+    std::unordered_map<std::string, Global, IgnoreCaseHash, IgnoreCaseEqual> globals_;
+    std::unordered_map<const Program*, std::unique_ptr<LoadedUnit>> units_;
+    std::vector<Frame> frames_;
+    ChunkStack<Variant> slots_;
+    ChunkStack<Variant*> references_;
+    Variant returned_;
+    std::string scratch_; // text being joined
+};
+
+// An error with the name that it is about, as messages show it.
+[[noreturn]] void raise_named(std::int32_t number, std::string_view name);
+// The name of a variable, or a description of a value, for messages.
+std::string name_of(const Frame& frame, Operand operand);
+std::string describe(const Variant& value);
+
+} // namespace tabrixdb::vbscript

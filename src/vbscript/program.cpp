@@ -1,0 +1,18 @@
+#include "vbscript/program.h"
+
+#include <algorithm>
+
+namespace tabrixdb::vbscript {
+
+Place Program::place_of(std::uint32_t code_index) const noexcept {
+    const auto after = std::ranges::upper_bound(marks, code_index, {}, &Mark::code);
+    return after == marks.begin() ? Place() : std::prev(after)->place;
+}
+
+std::uint32_t Program::next_statement(std::uint32_t code_index) const noexcept {
+    auto mark = std::ranges::upper_bound(marks, code_index, {}, &Mark::code);
+    mark = std::find_if(mark, marks.end(), [](const Mark& at) { return at.is_statement; });
+    return mark->code; // each procedure ends with a statement's mark for its Return
+}
+
+} // namespace tabrixdb::vbscript
