@@ -1,0 +1,184 @@
+#include "server/content_types.h"
+#include "server/origin.h"
+#include "server/settings.h"
+#include "server/static_file.h"
+#include "tests/asp/site_folder.h"
+
+#include <string>
+
+#include <gtest/gtest.h>
+
+namespace tabrixdb::server {
+namespace {
+
+using asp::Headers;
+
+TEST(Origin, LetsOwnPagesPost) {
+    const struct {
+        Headers headers;
+        bool expected;
+    } cases[] = {
+        {{{"Host", "shop:8080"}}, true}, // no browser
+        {{{"Host", "shop:8080"}, {"Sec-Fetch-Site", "same-origin"}, {"Origin", "null"}}, true},
+        {{{"Host", "shop:8080"}, {"Sec-Fetch-Site", "none"}}, true},
+        {{{"Host", "shop:8080"}, {"Sec-Fetch-Site", "cross-site"}}, false},
+        {{{"Host", "shop:8080"}, {"Sec-Fetch-Site", "same-site"}, {"Origin", "http://shop:8080"}}, false},
+        {{{"Host", "shop:8080"}, {"Sec-Fetch-Site", "cross-site"}, {"Origin", "https://friend.example"}},
+         true},
+        {{{"Host", "shop:8080"}, {"Origin", "http://shop:8080"}}, true},
+        {{{"Host", "SHOP:8080"}, {"Origin", "http://shop:8080"}}, true},
+        {{{"Host", "shop:8080"}, {"Origin", "http://shop:8081"}}, false},
+        {{{"Host", "shop:8080"}, {"Origin", "http://shop"}}, false},
+        {{{"Host", "shop:8080"}, {"Origin", "http://evil.example"}}, false},
+        {{{"Host", "shop:8080"}, {"Origin", "null"}}, false},
+        {{{"Host", "shop"}, {"Origin", "https://shop:443"}}, true},
+        {{{"Host", "shop:80"}, {"Origin", "http://shop"}}, true},
+        {{{"Host", "shop"}, {"Origin", "http://evil.example"}, {"Referer", "http://shop/"}}, false},
+        {{{"Host", "shop"}, {"Referer", "http://shop/page.asp?x=http://evil.example"}}, true},
+        {{{"Host", "shop"}, {"Referer", "http://evil.example/?http://shop/"}}, false},
+        {{{"Host", "shop"}, {"Referer", "http://shop.evil.example/"}}, false},
+        {{{"Host", "shop"}, {"Referer", "http://shop@evil.example/"}}, false},
+        {{{"Host", "shop"}, {"Referer", ""}}, false},
+        {{{"Origin", "http://shop"}}, false},
+    };
+
+    for (const auto& c : cases) {
+        std::string shown;
+        for (const asp::Header& header : c.headers)
+            shown += header.name + ": " + header.value + "  ";
+        EXPECT_EQ(is_from_own_pages(c.headers, {"https://friend.example"}), c.expected) << shown;
+    }
+}
+
+TEST(StaticFile, AnswersConditionsAndRanges) {
+    const asp::FileStamp stamp{.modified = 784111777'500000000, .size = 1000}; // 06 Nov 1994 08:49:37
+    const FileAnswer whole = answer_file(stamp, "image/gif", {});
+    const std::string tag = *asp::find_header(whole.headers, "ETag");
+    const std::string date = "Sun, 06 Nov 1994 08:49:37 GMT";
+    EXPECT_EQ(*asp::find_header(whole.headers, "Last-Modified"), date);
+    EXPECT_EQ(*asp::find_header(whole.headers, "X-Content-Type-Options"), "nosniff");
+
+    const struct {
+        Headers headers;
+        const char* expected; // status, part of the file, Content-Range
+    } cases[] = {
+        {{}, "200 0+1000 "},
+        {{{"If-None-Match", tag}}, "304 0+0 "},
+        {{{"If-None-Match", "\"x\", W/" + tag}}, "304 0+0 "},
+        {{{"If-None-Match", "*"}}, "304 0+0 "},
+        {{{"If-None-Match", "\"x\""}, {"If-Modified-Since", date}}, "200 0+1000 "},
+        {{{"If-Modified-Since", date}}, "304 0+0 "},
+        {{{"If-Modified-Since", "Sun, 06 Nov 1994 08:49:36 GMT"}}, "200 0+1000 "},
+        {{{"If-Modified-Since", "yesterday"}}, "200 0+1000 "},
+        {{{"Range", "bytes=0-0"}}, "206 0+1 bytes 0-0/1000"},
+        {{{"Range", "bytes=10-"}}, "206 10+990 bytes 10-999/1000"},
+        {{{"Range", "bytes=990-2000"}}, "206 990+10 bytes 990-999/1000"},
+        {{{"Range", "bytes=-10"}}, "206 990+10 bytes 990-999/1000"},
+        {{{"Range", "bytes=-5000"}}, "206 0+1000 bytes 0-999/1000"},
+        {{{"Range", "bytes=1000-"}}, "416 0+0 bytes */1000"},
+        {{{"Range", "bytes=-0"}}, "416 1000+0 bytes */1000"},
+        {{{"Range", "bytes=5-4"}}, "200 0+1000 "},
+        {{{"Range", "bytes=0-1,5-6"}}, "200 0+1000 "},
+        {{{"Range", "lines=0-1"}}, "200 0+1000 "},
+        {{{"Range", "bytes=99999999999999999999-"}}, "200 0+1000 "},
+        {{{"Range", "bytes=0-9"}, {"If-Range", tag}}, "206 0+10 bytes 0-9/1000"},
+        {{{"Range", "bytes=0-9"}, {"If-Range", date}}, "206 0+10 bytes 0-9/1000"},
+        {{{"Range", "bytes=0-9"}, {"If-Range", "\"old\""}}, "200 0+1000 "},
+    };
+
+    for (const auto& c : cases) {
+        const FileAnswer answer = answer_file(stamp, "image/gif", c.headers);
+        const std::string* range = asp::find_header(answer.headers, "Content-Range");
+        EXPECT_EQ(std::to_string(answer.status) + ' ' + std::to_string(answer.offset) + '+' +
+                      std::to_string(answer.length) + ' ' + (range ? *range : ""),
+                  c.expected)
+            << (c.headers.empty() ? "" : c.headers.front().value);
+    }
+    EXPECT_EQ(answer_file({.modified = 1, .size = 0}, "text/css", {{"Range", "bytes=0-"}}).status, 416);
+}
+
+TEST(Settings, ReadsWhatTheSiteSays) {
+    const Settings settings = parse_settings(R"(
+[server]
+host = "0.0.0.0"
+port = 0
+workers = 3
+[limits]
+script_seconds = 5
+[security]
+same_origin_posts = false
+allowed_origins = ["https://a"]
+[site]
+default_pages = ["x.asp"]
+code_page = 1252
+[session]
+minutes = 3
+[[database]]
+file = "a.db"
+script = "a.sql"
+[[database]]
+file = "b.db"
+script = "b.sql"
+)",
+                                             "t");
+    EXPECT_EQ(settings.host, "0.0.0.0");
+    EXPECT_EQ(settings.port, 0);
+    EXPECT_EQ(settings.workers, 3U);
+    EXPECT_EQ(settings.pages.script_seconds, 5);
+    EXPECT_EQ(settings.pages.code_page, 1252U);
+    EXPECT_EQ(settings.pages.session_minutes, 3);
+    EXPECT_FALSE(settings.same_origin_posts);
+    EXPECT_EQ(settings.allowed_origins, std::vector<std::string>{"https://a"});
+    EXPECT_EQ(settings.default_pages, std::vector<std::string>{"x.asp"});
+    ASSERT_EQ(settings.databases.size(), 2U);
+    EXPECT_EQ(settings.databases[1].script, "b.sql");
+}
+
+TEST(Settings, RefusesWhatItDoesNotKnowByNameAndLine) {
+    const struct {
+        const char* text;
+        const char* message;
+    } cases[] = {
+        {"[limits]\n\nbody_byte = 1", "t, line 3: limits.body_byte is no setting."},
+        {"[limit]\nx = 1", "t, line 1: limit is no setting."},
+        {"port = 1", "t, line 1: port is no setting."},
+        {"server = 1", "t, line 1: server is a table."},
+        {"[server]\nport = 70000", "t, line 2: server.port is a number from 0 to 65535."},
+        {"[server]\nport = \"80\"", "t, line 2: server.port is a number from 0 to 65535."},
+        {"[server]\nhost = 1", "t, line 2: server.host is a text."},
+        {"[security]\nsame_origin_posts = 1", "t, line 2: security.same_origin_posts is true or false."},
+        {"[site]\ndefault_pages = \"a\"", "t, line 2: site.default_pages is a list of texts."},
+        {"[site]\ncode_page = 7", "t: site.code_page 7 is not known."},
+        {"[database]\nfile = \"a\"", "t, line 1: a database stands in a table of its own, [[database]]."},
+        {"[[database]]\nfile = \"a\"", "t, line 1: database has a file and a script."},
+    };
+
+    for (const auto& c : cases) {
+        try {
+            parse_settings(c.text, "t");
+            ADD_FAILURE() << c.text;
+        } catch (const SettingsError& error) {
+            EXPECT_STREQ(error.what(), c.message);
+        }
+    }
+    EXPECT_THROW(parse_settings("[server", "t"), SettingsError);
+}
+
+// The file that every new site copies shows the defaults that hold without it.
+TEST(Settings, AreThoseOfTheDemoSite) {
+    const std::filesystem::path site =
+        std::filesystem::path(TABRIXDB_TEST_CASES).parent_path().parent_path() / "site";
+    const Settings given = read_settings(site), none;
+    EXPECT_EQ(given.port, none.port);
+    EXPECT_EQ(given.default_pages, none.default_pages);
+    EXPECT_EQ(given.databases.size(), 1U);
+}
+
+TEST(ContentTypes, KnowNoSourcesAndNoData) {
+    EXPECT_EQ(content_type("/a/B.GIF"), "image/gif");
+    for (const char* name : {"a.asp", "a.inc", "a.db", "a.gif.db-wal", "gif", "a.", "a.gif~"})
+        EXPECT_EQ(content_type(name), "") << name;
+}
+
+} // namespace
+} // namespace tabrixdb::server
