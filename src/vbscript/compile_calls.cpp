@@ -12,7 +12,7 @@ Compiler::Meaning Compiler::meaning(std::string_view name) {
     if (const auto found = body_->names.find(name); found != body_->names.end())
         return {Meaning::Kind::Variable, found->second};
     if (const ProcedureDeclaration* procedure = body_->declaration) {
-        if (procedure->is_function && equal_ignore_case(procedure->name, name))
+        if (is_own_function(name))
             return {Meaning::Kind::Variable, body_->result};
         const auto constant = procedure->scope.constants.find(name);
         if (constant != procedure->scope.constants.end())
@@ -38,6 +38,11 @@ Compiler::Meaning Compiler::meaning(std::string_view name) {
     return dynamic;
 }
 
+bool Compiler::is_own_function(std::string_view name) const noexcept {
+    const ProcedureDeclaration* procedure = body_->declaration;
+    return procedure && procedure->is_function && equal_ignore_case(procedure->name, name);
+}
+
 Operand Compiler::variable(const Meaning& meaning, std::string_view name) {
     switch (meaning.kind) {
     case Meaning::Kind::Variable:
@@ -58,9 +63,14 @@ Operand Compiler::variable_or_value(const Meaning& meaning, const Expression& na
         return meaning.at;
     if (meaning.kind != Meaning::Kind::Dynamic)
         return evaluate_name(name);
+    return bind_argument(meaning, 0);
+}
+
+Operand Compiler::bind_argument(const Meaning& meaning, std::uint8_t flags) {
     const Operand value = body_->frame.temporary();
     const Operand reference = body_->frame.reference();
     builder_.emit({.code = OpCode::BindArgument,
+                   .flags = flags,
                    .count = static_cast<std::uint16_t>(value.index()),
                    .a = reference,
                    .b = meaning.at,
@@ -99,8 +109,7 @@ Operand Compiler::call(const Expression& call, Operand into) {
     if (callee.kind == Expression::Kind::Name) {
         Meaning name = meaning(callee.name);
         // With brackets, a function's name inside the function is a call and not its result.
-        const ProcedureDeclaration* self = body_->declaration;
-        if (self && self->is_function && equal_ignore_case(self->name, callee.name))
+        if (is_own_function(callee.name))
             name = {Meaning::Kind::Procedure, builder_.link(callee.name)};
         const Instruction by_name{.code = OpCode::CallName, .a = into, .b = name.at};
         switch (name.kind) {
@@ -160,29 +169,35 @@ Operand Compiler::prepare_argument(const Expression& argument, Prepared& prepare
         return variable_or_value(meaning(argument.name), argument);
     if (argument.kind == Expression::Kind::Group)
         return held_now(evaluate(argument));
-    if (argument.kind == Expression::Kind::Call && argument.left->kind == Expression::Kind::Name) {
-        const Meaning::Kind kind = meaning(argument.left->name).kind;
-        const bool is_own = body_->declaration && body_->declaration->is_function &&
-                            equal_ignore_case(body_->declaration->name, argument.left->name);
-        if (kind == Meaning::Kind::Variable && !is_own)
-            return prepare_element(argument, prepared);
-    }
-    return evaluate(argument);
+    const bool is_named_call =
+        argument.kind == Expression::Kind::Call && argument.left->kind == Expression::Kind::Name;
+    if (!is_named_call || is_own_function(argument.left->name))
+        return evaluate(argument);
+    const Meaning array = meaning(argument.left->name);
+    // Without declarations any name in a procedure may turn out to be an array.
+    const bool may_be_array = array.kind == Meaning::Kind::Variable || array.local.exists();
+    return may_be_array ? prepare_element(argument, array, prepared) : evaluate(argument);
 }
 
 // An element is passed as a copy that is stored back after the call, because the array may be
 // redimensioned meanwhile.
-Operand Compiler::prepare_element(const Expression& element, Prepared& prepared) {
+Operand Compiler::prepare_element(const Expression& element, const Meaning& array, Prepared& prepared) {
     const Operand value = body_->frame.temporary();
-    const Operand array = meaning(element.left->name).at;
     std::vector<Operand> subscripts;
-    for (const Expression* subscript : element.arguments)
-        subscripts.push_back(held_now(evaluate(*subscript)));
-    builder_.emit({.code = OpCode::Index,
-                   .count = list_size(subscripts.size()),
-                   .a = value,
-                   .b = array,
-                   .c = builder_.list(subscripts)});
+    for (const Expression* subscript : element.arguments) {
+        subscripts.push_back(body_->frame.temporary());
+        builder_.emit({.code = OpCode::Move, .a = subscripts.back(), .b = evaluate(*subscript)});
+    }
+    if (array.kind == Meaning::Kind::Variable)
+        builder_.emit({.code = OpCode::Index,
+                       .count = list_size(subscripts.size()),
+                       .a = value,
+                       .b = array.at,
+                       .c = builder_.list(subscripts)});
+    else
+        finish_call(
+            {.code = OpCode::CallName, .flags = Instruction::kKeepArguments, .a = value, .b = array.at},
+            {subscripts, {}}, {array.local});
     prepared.elements.push_back({value, array, std::move(subscripts)});
     return value;
 }
@@ -194,12 +209,16 @@ void Compiler::finish_call(Instruction instruction, Prepared prepared, std::vect
     if (!prepared.elements.empty())
         instruction.flags |= Instruction::kKeepArguments;
     builder_.emit(instruction);
-    for (const PassedElement& element : prepared.elements)
+    for (const PassedElement& element : prepared.elements) {
+        const bool is_variable = element.array.kind == Meaning::Kind::Variable;
+        const Operand array =
+            is_variable ? element.array.at : bind_argument(element.array, Instruction::kOnlyVariables);
         builder_.emit({.code = OpCode::WriteBack,
                        .count = list_size(element.subscripts.size()),
                        .a = element.value,
-                       .b = element.array,
+                       .b = array,
                        .c = builder_.list(element.subscripts)});
+    }
 }
 
 // --- Targets ---------------------------------------------------------------------------------------

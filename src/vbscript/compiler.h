@@ -77,7 +77,7 @@ private:
     // An array element that a call may change: stored back after it.
     struct PassedElement {
         Operand value;
-        Operand array;
+        Meaning array;
         std::vector<Operand> subscripts;
     };
 
@@ -140,7 +140,9 @@ private:
     void call_statement(const Expression& call);
     Prepared prepare(std::span<const Expression* const> arguments);
     Operand prepare_argument(const Expression& argument, Prepared& prepared);
-    Operand prepare_element(const Expression& element, Prepared& prepared);
+    Operand prepare_element(const Expression& element, const Meaning& array, Prepared& prepared);
+    Operand bind_argument(const Meaning& meaning, std::uint8_t flags);
+    bool is_own_function(std::string_view name) const noexcept;
     std::vector<Operand> values(std::span<const Expression* const> expressions);
     void finish_call(Instruction instruction, Prepared prepared, std::vector<Operand> before);
     Operand variable(const Meaning& meaning, std::string_view name);           // to assign to it

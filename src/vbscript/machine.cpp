@@ -140,7 +140,7 @@ void Machine::State::declare(LoadedUnit& unit) {
             break;
         case Program::Declared::Implicit:
             if (found.kind == Global::Kind::Constant || found.kind == Global::Kind::Procedure)
-                throw located(Error(501), program.source, {});
+                throw located(named_error(501, wanted.name), program.source, {});
             found.kind = Global::Kind::Variable;
             break;
         case Program::Declared::Variable:
@@ -251,10 +251,7 @@ bool Machine::State::run_frames(std::size_t base) {
         const Place place = program.place_of(frame.code_index());
         if (hold(error, base))
             return;
-        const bool is_own = error.source().empty();
-        throw located(is_own ? Error(error.number(), error.description(), std::string(kRuntimeErrorSource))
-                             : error,
-                      program.source, place);
+        throw located(error, program.source, place);
     };
     for (;;) {
         try {
@@ -294,8 +291,12 @@ bool Machine::State::hold(const Error& error, std::size_t base) {
     return true;
 }
 
+Error named_error(std::int32_t number, std::string_view name) {
+    return Error(number, std::string(error_text(number)) + ": '" + std::string(name) + "'");
+}
+
 void raise_named(std::int32_t number, std::string_view name) {
-    throw Error(number, std::string(error_text(number)) + ": '" + std::string(name) + "'");
+    throw named_error(number, name);
 }
 
 std::string describe(const Variant& value) {
@@ -310,9 +311,47 @@ std::string describe(const Variant& value) {
     return {};
 }
 
+namespace {
+
+// The call whose result the temporary holds: looked for only when a message needs it.
+const Instruction* maker_of(const Frame& frame, Operand temporary) {
+    const Instruction* const first = frame.unit->program->code.data() + frame.procedure->first;
+    for (const Instruction* at = frame.at; at != first;)
+        if ((--at)->a == temporary)
+            return at;
+    return nullptr;
+}
+
+std::string name_of_call(const Frame& frame, const Instruction& call) {
+    const Program& program = *frame.unit->program;
+    std::string name;
+    switch (call.code) {
+    case OpCode::GetName:
+    case OpCode::CallName:
+        name = program.links[call.b.index()].name;
+        break;
+    case OpCode::GetMember:
+        name = name_of(frame, call.b) + "." + program.members[frame.list(call.c)->number()];
+        break;
+    case OpCode::Index:
+        name = name_of(frame, call.b);
+        break;
+    default:
+        return {};
+    }
+    return call.count > 0 ? name + "(...)" : name;
+}
+
+} // namespace
+
 std::string name_of(const Frame& frame, Operand operand) {
     if (operand.kind() == Operand::Kind::Global)
         return frame.unit->program->links[operand.index()].name;
+    if (operand.is_temporary()) {
+        Frame before = frame;
+        before.at = maker_of(frame, operand);
+        return before.at ? name_of_call(before, *before.at) : std::string();
+    }
     for (const Procedure::Named& named : frame.procedure->names)
         if (named.at == operand)
             return named.name;

@@ -72,6 +72,10 @@ bool Machine::State::bind_argument(Frame& frame, const Instruction& instruction)
     }
     const Operand value(Operand::Kind::Local, instruction.count);
     frame.references[instruction.a.index()] = &frame[value];
+    if (instruction.flags & Instruction::kOnlyVariables) {
+        frame[value] = Variant();
+        return false;
+    }
     if (link.global->is_readable()) {
         frame[value] = *link.value;
         return false;

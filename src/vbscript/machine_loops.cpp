@@ -80,7 +80,7 @@ std::unique_ptr<Enumerator> enumerate(const Frame& frame, Operand collection) {
     if (value.is_array())
         return std::make_unique<ArrayEnumerator>(Ref<Array>(value.array()));
     if (!value.is_object())
-        raise_named(kErrorNoEnumerator, name_of(frame, collection));
+        throw Error(kErrorNoEnumerator);
     if (!value.object())
         raise_named(kErrorObjectRequired, name_of(frame, collection));
     return Ref<Object>(value.object())->enumerate();

@@ -185,6 +185,7 @@ private:
 };
 
 // An error with the name that it is about, as messages show it.
+Error named_error(std::int32_t number, std::string_view name);
 [[noreturn]] void raise_named(std::int32_t number, std::string_view name);
 // The name of a variable, or a description of a value, for messages.
 std::string name_of(const Frame& frame, Operand operand);

@@ -138,7 +138,10 @@ void raise_compile_error(const Source& source, Place place, std::int32_t number,
 
 ScriptError located(const Error& error, const Source& source, Place place) {
     const Position at = position_of(source, place);
-    return ScriptError(error, false, file_name(source, at), at, source_line_at(source, place));
+    const bool is_own = error.source().empty();
+    return ScriptError(is_own ? Error(error.number(), error.description(), std::string(kRuntimeErrorSource))
+                              : error,
+                       false, file_name(source, at), at, source_line_at(source, place));
 }
 
 } // namespace tabrixdb::vbscript

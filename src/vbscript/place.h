@@ -17,7 +17,7 @@ std::string source_line_at(const Source& source, Place place);
 [[noreturn]] void raise_compile_error(const Source& source, Place place, std::int32_t number,
                                       std::string text);
 
-// A run-time error with its place.
+// A run-time error with its place, and with the engine as its source when it has none.
 ScriptError located(const Error& error, const Source& source, Place place);
 
 } // namespace tabrixdb::vbscript

@@ -98,7 +98,8 @@ enum class OpCode : std::uint8_t {
 
     GetName,      // a = the value or result of link b; undefined: of the local c
     BindName,     // reference a to the variable of link b; undefined: to the local c
-    BindArgument, // as BindName, but what is no variable is evaluated into the temporary `count`
+    BindArgument, // as BindName, but what is no variable is evaluated into the slot `count`;
+                  // kOnlyVariables: that slot stays empty then
     CallName,     // a = link b (list); the local for what is undefined stands before the list
     Index,        // a = b(list)
     GetMember,    // a = b.name(list); name and cache stand before the list
@@ -131,6 +132,7 @@ struct Instruction {
     static constexpr std::uint8_t kWhenFalse = 4;
     static constexpr std::uint8_t kByReference = 1;
     static constexpr std::uint8_t kKeepArguments = 2; // temporaries in the list are used once more
+    static constexpr std::uint8_t kOnlyVariables = 1;
     static constexpr std::uint8_t kPreserve = 1;
     static constexpr std::uint8_t kResumeNext = 1;
 

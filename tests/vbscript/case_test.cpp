@@ -22,6 +22,10 @@ struct Case {
     std::string error; // the head line without its signs; empty: none expected
 };
 
+std::ostream& operator<<(std::ostream& out, const Case& shown) {
+    return out << shown.name;
+}
+
 std::vector<std::string> lines_of(const std::filesystem::path& path) {
     std::ifstream file(path);
     std::vector<std::string> lines;
@@ -80,7 +84,7 @@ TEST_P(ScriptCase, behaves) {
         }
     }
     EXPECT_EQ(error, wanted.error);
-    EXPECT_EQ(environment.out, expected_output(wanted.script)) << wanted.script;
+    EXPECT_EQ(environment.out, expected_output(wanted.script));
     EXPECT_NE(interrupt.reason(), Interrupt::Reason::TimedOut);
 }
 
