@@ -57,6 +57,7 @@ describe('the demo shop', () => {
             await tab.goto('/demo/');
             const [response] = await Promise.all([tab.waitForNavigation(), tab.locator(`.card a[href="${file}"]`).click()]);
             assert.equal(response.status(), 200, file);
+            assert.equal(await tab.evaluate('document.compatMode'), 'CSS1Compat', `${file} writes something before its doctype`);
         }
         assert.deepEqual(complaints, []);
     });

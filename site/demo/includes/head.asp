@@ -4,7 +4,6 @@
 <meta charset="utf-8">
 <meta name="viewport" content="width=device-width, initial-scale=1">
 <title><%= Server.HTMLEncode(page_title) %> - TabrixDb demo</title>
-<link rel="icon" href="/TabrixDb/Images/Ver2_d_blue.gif">
 <link rel="stylesheet" href="/TabrixDb/tabrixdb.css">
 <link rel="stylesheet" href="/demo/demo.css">
 <script src="/TabrixDb/tabrixdb.js"></script>
