@@ -95,10 +95,12 @@ void Cursor::find_types() {
         if (info.declared)
             continue;
         info.column.type = type_of(sample_cell(i));
-        if (info.column.type == platform::data_type::kInteger)
-            info.column.defined_size = 4;
-        else if (info.column.type == platform::data_type::kDouble)
-            info.column.defined_size = 8;
+        if (info.column.type == platform::data_type::kLongVarBinary) {
+            info.column.attributes |= platform::kFieldLong;
+        } else if (info.column.type != platform::data_type::kVarWChar) {
+            info.column.attributes |= platform::kFieldFixed;
+            info.column.defined_size = info.column.type == platform::data_type::kInteger ? 4 : 8;
+        }
     }
 }
 

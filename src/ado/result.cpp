@@ -118,9 +118,9 @@ Variant Result::original_value(std::size_t column) {
 Variant Result::get_chunk(std::size_t column, std::int32_t size) {
     if (size < 0)
         throw error(Code::InvalidArgument, kFieldSource, "The length of a chunk is not negative.");
+    const Cell whole = cell(column);
     if (chunk_.column != column || chunk_.appending)
         chunk_ = {column, 0, false};
-    const Cell whole = cell(column);
     if (!whole.has_view() || chunk_.at >= whole.size)
         return Variant::null();
     const std::string_view rest = whole.view().substr(chunk_.at);

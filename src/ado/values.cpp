@@ -159,7 +159,6 @@ void append_text(std::string& out, const Cell& cell, std::int32_t data_type) {
     case Kind::Null:
         return;
     case Kind::Text:
-    case Kind::Bytes:
         out.append(cell.view());
         return;
     case Kind::Integer: {
@@ -168,7 +167,7 @@ void append_text(std::string& out, const Cell& cell, std::int32_t data_type) {
         out.append(digits, end);
         return;
     }
-    default: // numbers by the page's locale; such a variant holds no memory
+    default: // by the page's locale; such a variant holds no memory, but for bytes
         tabrixdb::append_text(out, to_variant(cell, data_type));
     }
 }

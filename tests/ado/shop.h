@@ -24,6 +24,7 @@ protected:
         std::filesystem::remove(path_);
         connection_ = make_ref<Connection>();
         connection_->open(connection_string("Mode=Create"), "", "", -1);
+        execute("pragma synchronous = off"); // nothing here has to outlive a loss of power
     }
 
     void TearDown() override {

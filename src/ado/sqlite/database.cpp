@@ -166,6 +166,7 @@ bool SqliteDatabase::reusable() {
     try {
         if (const std::int64_t version = schema_version(); version != known_schema_) {
             forget_schema();
+            execute("SELECT 1 FROM sqlite_schema"); // has SQLite read the schema anew
             known_schema_ = version;
         }
     } catch (const Error&) {
