@@ -8,8 +8,8 @@ import { join } from 'node:path';
 import { createInterface } from 'node:readline';
 import { fileURLToPath } from 'node:url';
 
-const root = fileURLToPath(new URL('../../', import.meta.url));
-const program = process.env.TABRIXDB ?? join(root, 'build/dev/tabrixdb');
+export const root = fileURLToPath(new URL('../../', import.meta.url));
+export const program = process.env.TABRIXDB ?? join(root, 'build/dev/tabrixdb');
 
 /**
  * A running server: its address, the folder of its site, what it wrote so far, and stop(), which ends it and gives its
