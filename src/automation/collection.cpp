@@ -8,6 +8,11 @@ namespace tabrixdb {
 
 namespace {
 
+// The standard text with the key that it is about.
+[[noreturn]] void raise_about(std::int32_t number, std::string_view key) {
+    throw Error(number, std::string(error_text(number)) + ": '" + std::string(key) + "'");
+}
+
 // Walks by position, so that a page may add or remove while it walks.
 class CollectionEnumerator final : public Enumerator {
 public:
@@ -43,7 +48,7 @@ const ClassInfo& Collection::class_info() const {
 
 void Collection::add(Variant item, std::string_view key) {
     if (!key.empty() && !keys_.try_emplace(std::string(key), items_.size()).second)
-        throw Error(kErrorDuplicateKey);
+        raise_about(kErrorDuplicateKey, key);
     items_.push_back({std::move(item), std::string(key)});
 }
 
@@ -63,7 +68,7 @@ void Collection::add_item(const Variant& item, const Variant& key, const Variant
 std::size_t Collection::position(std::string_view key) const {
     const auto found = keys_.find(key);
     if (found == keys_.end())
-        throw Error(kErrorCall);
+        raise_about(kErrorCall, key);
     return found->second;
 }
 

@@ -25,12 +25,6 @@ std::string_view shown_value(std::string_view value) {
     return is_blank(value) ? "&nbsp;" : value;
 }
 
-// A literal in which a tag is begun but not ended could be completed by the value behind it.
-bool leaves_tag_open(std::string_view literal) {
-    const std::size_t start = literal.rfind("#~");
-    return start != std::string_view::npos && literal.find("~#", start + 2) == std::string_view::npos;
-}
-
 } // namespace
 
 RowTemplate::RowTemplate(std::string text, const std::vector<RowColumn>& columns, Finish finish,
@@ -57,8 +51,9 @@ RowTemplate::Pieces RowTemplate::compile_as(std::int16_t sample_row) const {
         columns_[i].tag.replace_in(text, kMark + std::to_string(i) + kMark);
     const auto marks = std::ranges::count(text, kMark);
     finish_(text, sample_row);
-    // A button that was removed together with a value in it depends on that value.
-    if (std::ranges::count(text, kMark) != marks)
+    // A button that was removed together with a value in it depends on that value, and what is left of a tag
+    // could be completed by one.
+    if (std::ranges::count(text, kMark) != marks || text.find("#~") != std::string::npos)
         return {};
     text = replace_all(text, std::to_string(sample_row - 1), std::string{kMark, 'r', kMark});
 
@@ -68,8 +63,6 @@ RowTemplate::Pieces RowTemplate::compile_as(std::int16_t sample_row) const {
         const std::size_t end = text.find(kMark, mark + 1);
         const std::string slot = text.substr(mark + 1, end - mark - 1);
         pieces.push_back({text.substr(at, mark - at), slot == "r" ? Piece::kRowIndex : std::stoi(slot)});
-        if (leaves_tag_open(pieces.back().literal))
-            return {};
         at = end + 1;
     }
     pieces.push_back({text.substr(at), Piece::kEnd});

@@ -36,6 +36,9 @@ public:
     // and the row's place; otherwise every row is replaced step by step.
     RowTemplate(std::string text, const std::vector<RowColumn>& columns, Finish finish, bool compiled);
 
+    // True once a row was appended by its compiled form.
+    bool is_compiled() const noexcept { return !pieces_.empty(); }
+
     // Whether the column's tag stands in the template.
     bool shows(std::size_t column) const noexcept { return shown_[column]; }
 
