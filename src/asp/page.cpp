@@ -6,6 +6,7 @@
 #include "asp/classes.h"
 #include "asp/code_page.h"
 #include "automation/locale.h"
+#include "scripting/script_control.h"
 
 #include <new>
 
@@ -65,6 +66,7 @@ HttpResponse Page::run() {
         fault.description = error.what();
         fail(std::move(fault), 500);
     }
+    ado::release_snapshots(); // what a session keeps shall hold no lock
     if (interrupt_.reason() == Interrupt::Reason::TimedOut)
         fail(fault_of(113, paths_.front()), 500);
     else if (interrupt_.reason() == Interrupt::Reason::ShutDown)
@@ -186,9 +188,8 @@ Ref<platform::Recordset> Page::create_recordset() {
     return make_ref<ado::Recordset>();
 }
 
-// This host evaluates no expressions for the engine yet.
 Ref<platform::ScriptControl> Page::create_script_control() {
-    throw Error(kErrorCannotCreate);
+    return make_ref<scripting::ScriptControl>();
 }
 
 Ref<Object> Page::create_object(std::string_view program_id) {

@@ -65,9 +65,9 @@ class HttpServer::State {
 public:
     State(asp::Site& site, const Settings& settings);
 
-    ~State() { stop(); }
+    ~State() { stop(kGrace); }
 
-    void stop();
+    void stop(std::chrono::seconds grace);
 
     const Settings settings;
     Listener listener;
@@ -82,7 +82,7 @@ private:
         State& server;
         std::string target; // as the client wrote it
         bool begun = false;
-        int body_status = 0; // why the body is not taken; 0: it is
+        int refused = 0; // the status that says why it is; 0: it is not
         std::size_t body_bytes = 0;
         Route route;
         asp::HttpRequest request;
@@ -107,6 +107,7 @@ private:
     MHD_Result answer(Exchange& exchange, MHD_Connection* connection);
     MHD_Result run_page(Exchange& exchange, MHD_Connection* connection);
     MHD_Result send_file(const Exchange& exchange, MHD_Connection* connection) const;
+    static MHD_Result send_refusal(const Exchange& exchange, MHD_Connection* connection);
     static MHD_Result send(MHD_Connection* connection, asp::HttpResponse response);
     static MHD_Result send_status(MHD_Connection* connection, int status, asp::Headers headers = {});
 
@@ -148,13 +149,14 @@ HttpServer::State::State(asp::Site& site, const Settings& server_settings)
     housekeeper_ = std::jthread([this](const std::stop_token& stop) { keep_house(stop); });
 }
 
-void HttpServer::State::stop() {
+void HttpServer::State::stop(std::chrono::seconds grace) {
     if (!daemon_)
         return;
     housekeeper_.request_stop();
     housekeeper_.join();
-    MHD_quiesce_daemon(daemon_); // the listener stays ours to close
-    jobs_.stop(std::chrono::seconds(kGraceSeconds));
+    MHD_quiesce_daemon(daemon_);
+    listener.close();
+    jobs_.stop(grace);
     {
         std::unique_lock lock(mutex_);
         changed_.wait_for(lock, kSendSeconds, [this] { return exchanges_ == 0; });
@@ -249,15 +251,22 @@ MHD_Result HttpServer::State::begin(Exchange& exchange, MHD_Connection* connecti
         },
         &request.headers);
     exchange.route = route(site_.paths, exchange.target, settings.default_pages);
-    const int status = refusal(exchange, connection);
-    if (status == 405 || status == 204) {
-        const bool page = exchange.route.kind == Route::Kind::Page;
-        return send_status(connection, status, {{"Allow", std::string(page ? kPageMethods : kReadMethods)}});
-    }
-    return status ? send_status(connection, status) : MHD_YES;
+    exchange.refused = refusal(exchange, connection);
+    // An answer before the body ends the connection; without a body there is no need for that.
+    const bool has_body = asp::find_header(request.headers, "Content-Length") ||
+                          asp::find_header(request.headers, "Transfer-Encoding");
+    return exchange.refused && has_body ? send_refusal(exchange, connection) : MHD_YES;
 }
 
-// Why a request is answered before its body has come; 0 when it is not.
+MHD_Result HttpServer::State::send_refusal(const Exchange& exchange, MHD_Connection* connection) {
+    if (exchange.refused != 405 && exchange.refused != 204)
+        return send_status(connection, exchange.refused);
+    const bool is_page = exchange.route.kind == Route::Kind::Page;
+    return send_status(connection, exchange.refused,
+                       {{"Allow", std::string(is_page ? kPageMethods : kReadMethods)}});
+}
+
+// Why a request is refused by its head; 0 when it is not.
 int HttpServer::State::refusal(const Exchange& exchange, MHD_Connection* connection) const {
     const asp::HttpRequest& request = exchange.request;
     const MHD_ConnectionInfo* head =
@@ -282,15 +291,15 @@ int HttpServer::State::refusal(const Exchange& exchange, MHD_Connection* connect
 }
 
 void HttpServer::State::take_body(Exchange& exchange, const char* data, std::size_t size) {
-    if (exchange.body_status)
+    if (exchange.refused)
         return; // read to its end, so that the client hears why
     if (size > settings.body_bytes - std::min(exchange.body_bytes, settings.body_bytes)) {
-        exchange.body_status = 413; // it came without a length
+        exchange.refused = 413; // it came without a length
         return;
     }
     exchange.body_bytes += size;
     if (body_bytes_.fetch_add(size) + size > kMaxBodies)
-        exchange.body_status = 503;
+        exchange.refused = 503;
     else
         exchange.request.body.append(data, size);
 }
@@ -298,8 +307,8 @@ void HttpServer::State::take_body(Exchange& exchange, const char* data, std::siz
 // --- The answer ------------------------------------------------------------------------------------
 
 MHD_Result HttpServer::State::answer(Exchange& exchange, MHD_Connection* connection) {
-    if (exchange.body_status)
-        return send_status(connection, exchange.body_status);
+    if (exchange.refused)
+        return send_refusal(exchange, connection);
     switch (exchange.route.kind) {
     case Route::Kind::Page:
         return run_page(exchange, connection);
@@ -392,8 +401,8 @@ std::string HttpServer::address() const {
     return "http://" + (is_v6 ? '[' + host + ']' : host) + ':' + std::to_string(port()) + '/';
 }
 
-void HttpServer::stop() {
-    state_->stop();
+void HttpServer::stop(std::chrono::seconds grace) {
+    state_->stop(grace);
 }
 
 } // namespace tabrixdb::server

@@ -3,6 +3,7 @@
 #include "asp/site.h"
 #include "server/settings.h"
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -26,11 +27,11 @@ public:
     // "http://127.0.0.1:8080/"
     std::string address() const;
 
-    // Accepts nothing more, lets pages that run end (those that take longer than kGraceSeconds are stopped),
-    // sends their answers, and closes. Safe to call twice.
-    void stop();
+    // Accepts nothing more, lets pages that run end (those that take longer than `grace` are stopped), sends
+    // their answers, and closes. Safe to call twice.
+    void stop(std::chrono::seconds grace = kGrace);
 
-    static constexpr int kGraceSeconds = 3;
+    static constexpr std::chrono::seconds kGrace{3};
 
 private:
     class State;

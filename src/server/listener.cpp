@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <memory>
 #include <system_error>
+#include <utility>
 
 #include <netdb.h>
 #include <netinet/in.h>
@@ -43,8 +44,7 @@ Listener::Listener(const std::string& host, std::uint16_t port) {
     if (socket_ < 0 || setsockopt(socket_, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on) != 0 ||
         bind(socket_, found->ai_addr, found->ai_addrlen) != 0 || listen(socket_, kBacklog) != 0) {
         const int error = errno;
-        if (socket_ >= 0)
-            close(socket_);
+        close();
         fail(error, std::generic_category(), host, port);
     }
     sockaddr_storage bound{};
@@ -54,8 +54,9 @@ Listener::Listener(const std::string& host, std::uint16_t port) {
                                               : reinterpret_cast<sockaddr_in&>(bound).sin_port);
 }
 
-Listener::~Listener() {
-    close(socket_);
+void Listener::close() noexcept {
+    if (socket_ >= 0)
+        ::close(std::exchange(socket_, -1));
 }
 
 std::string peer_address(int socket) {

@@ -5,17 +5,21 @@
 
 namespace tabrixdb::server {
 
-// A socket that listens; closed at the end unless released.
+// A socket that listens until close().
 class Listener {
 public:
     // `host` is an address or a name; port 0 takes any free one. Raises std::system_error with both in its
     // text.
     Listener(const std::string& host, std::uint16_t port);
-    ~Listener();
+
+    ~Listener() { close(); }
+
     Listener(const Listener&) = delete;
     Listener& operator=(const Listener&) = delete;
 
     int socket() const noexcept { return socket_; }
+
+    void close() noexcept;
 
     std::uint16_t port() const noexcept { return port_; }
 

@@ -85,7 +85,7 @@ TEST(PageSource, TakesPagesApart) {
         {"<SCRIPT Language='vbscript' RUNAT=\"Server\">\nx</SCRIPT >z", "L2:12{z} C1:44{\nx} "},
         {"<script runat=server src='/code.vbs'></script>z",
          "L/p/page.asp1:47{z} C/code.vbs1:1{Sub S\nEnd Sub} "},
-        {"<script>var a = '<%=1%>';</script>", "L1:1{<script>var a = '} E1:20{1} L1:23{';</script>} "},
+        {"<script>var a = '<%=1%>';</script>", "L1:1{<script>var a = '} E1:21{1} L1:24{';</script>} "},
         {"<script runat=server language=jscript>x</script>", "ASP 129 /p/page.asp:1"},
         {"<script runat=server>x", "ASP 117 /p/page.asp:1"},
         {"<scripts runat=server>", "L1:1{<scripts runat=server>} "},

@@ -1,0 +1,227 @@
+#include "server/http_server.h"
+#include "tests/asp/site_folder.h"
+#include "tests/server/client.h"
+
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace tabrixdb::server {
+namespace {
+
+std::string get(const std::string& path, const std::string& headers = "") {
+    return "GET " + path + " HTTP/1.1\r\nHost: shop\r\n" + headers + "\r\n";
+}
+
+std::string post(const std::string& path, const std::string& body, const std::string& headers = "") {
+    return "POST " + path + " HTTP/1.1\r\nHost: shop\r\nContent-Type: application/x-www-form-urlencoded\r\n" +
+           "Content-Length: " + std::to_string(body.size()) + "\r\n" + headers + "\r\n" + body;
+}
+
+class HttpServerTest : public testing::Test {
+protected:
+    HttpServerTest() {
+        settings.port = 0;
+        settings.workers = 2;
+        folder.write("pic.gif", "GIF89a-picture");
+        folder.write("empty.css", "");
+        folder.write("secret.inc", "x");
+        folder.write("sub/default.asp", "<%= Request.ServerVariables(\"URL\") %>");
+        folder.write("echo.asp", "<%= Request(\"a\") & \"|\" & Request.TotalBytes %>");
+        folder.write("count.asp", "<% Session(\"n\") = Session(\"n\") + 1 %><%= Session(\"n\") %>");
+        folder.write("loop.asp", "before<% Do : Loop %>after");
+        folder.write("big.asp", "<%= String(3000000, \"x\") %>");
+    }
+
+    // Starts with the settings as they are now.
+    std::uint16_t start() {
+        site = std::make_unique<asp::Site>(folder.path(), settings.pages, [](std::string_view) {});
+        server = std::make_unique<HttpServer>(*site, settings);
+        return server->port();
+    }
+
+    SiteFolder folder;
+    Settings settings;
+    std::unique_ptr<asp::Site> site;
+    std::unique_ptr<HttpServer> server;
+};
+
+TEST_F(HttpServerTest, AnswersByMethodAndTarget) {
+    Client client(start()); // one connection for all
+
+    const struct {
+        std::string request;
+        int status;
+        const char* body;
+    } cases[] = {
+        {get("/pic.gif"), 200, "GIF89a-picture"},
+        {get("/empty.css"), 200, ""},
+        {get("/PIC.gif", "Range: bytes=0-4\r\n"), 206, "GIF89"},
+        {get("/echo.asp?a=1&a=%C3%A4"), 200, "1, ä|0"},
+        {post("/echo.asp", "a=x+y"), 200, "x y|5"},
+        {post("/echo.asp?a=q", "a=f"), 200, "q|3"},
+        {get("/sub/"), 200, "/sub/default.asp"},
+        {get("http://shop/echo.asp?a=z"), 200, "z|0"},
+    };
+
+    for (const auto& c : cases) {
+        const Client::Answer answer = client.ask(c.request);
+        EXPECT_EQ(answer.status, c.status) << c.request;
+        EXPECT_EQ(answer.body, c.body) << c.request;
+        EXPECT_EQ(answer.header("X-Content-Type-Options"), "nosniff");
+    }
+
+    const struct {
+        std::string request;
+        int status;
+        const char* header;
+        const char* value;
+    } heads[] = {
+        {get("/pic.gif"), 200, "Content-Type", "image/gif"},
+        {"HEAD /pic.gif HTTP/1.1\r\nHost: shop\r\n\r\n", 200, "Content-Length", "14"},
+        {"HEAD /echo.asp?a=12 HTTP/1.1\r\nHost: shop\r\n\r\n", 200, "Content-Length", "4"},
+        {get("/echo.asp"), 200, "Content-Type", "text/html; charset=utf-8"},
+        {get("/sub?x=1"), 301, "Location", "/sub/?x=1"},
+        {get("/secret.inc"), 404, "Content-Type", "text/html; charset=utf-8"},
+        {get("/../x"), 404, "", ""},
+        {get("/%00"), 400, "", ""},
+        {"OPTIONS /echo.asp HTTP/1.1\r\nHost: shop\r\n\r\n", 204, "Allow", "GET, HEAD, POST, OPTIONS"},
+        {"OPTIONS * HTTP/1.1\r\nHost: shop\r\n\r\n", 204, "", ""},
+        {"DELETE /echo.asp HTTP/1.1\r\nHost: shop\r\n\r\n", 405, "Allow", "GET, HEAD, POST, OPTIONS"},
+        {"TRACE /pic.gif HTTP/1.1\r\nHost: shop\r\n\r\n", 405, "Allow", "GET, HEAD, OPTIONS"},
+    };
+
+    for (const auto& c : heads) {
+        const Client::Answer answer = client.ask(c.request);
+        EXPECT_EQ(answer.status, c.status) << c.request;
+        if (*c.header) {
+            EXPECT_EQ(answer.header(c.header), c.value) << c.request;
+        }
+    }
+    const std::string tag = client.ask(get("/pic.gif")).header("ETag");
+    EXPECT_EQ(client.ask(get("/pic.gif", "If-None-Match: " + tag + "\r\n")).status, 304);
+    EXPECT_EQ(Client(server->port()).ask("GET / HTTP/1.1\r\n\r\n").status, 400); // no Host
+}
+
+TEST_F(HttpServerTest, KeepsSessionsApartAndRefusesForeignIds) {
+    Client first(start()), second(server->port());
+    const Client::Answer answer = first.ask(get("/count.asp"));
+    EXPECT_EQ(answer.body, "1");
+    const std::string set = answer.header("Set-Cookie");
+    EXPECT_TRUE(set.ends_with("; path=/; HttpOnly; SameSite=Lax")) << set;
+    const std::string cookie = "Cookie: x=1; " + set.substr(0, set.find(';')) + "\r\n";
+    EXPECT_EQ(first.ask(get("/count.asp", cookie)).body, "2");
+    EXPECT_EQ(second.ask(get("/count.asp")).body, "1");
+    const Client::Answer again = first.ask(get("/count.asp", cookie));
+    EXPECT_EQ(again.body, "3");
+    EXPECT_EQ(again.header("Set-Cookie"), "");
+    // An ID of the client's own making does not become a session's.
+    const std::string chosen(32, 'a');
+    const Client::Answer fixed = second.ask(get("/count.asp", "Cookie: TABRIXSESSION=" + chosen + "\r\n"));
+    EXPECT_EQ(fixed.body, "1");
+    EXPECT_EQ(fixed.header("Set-Cookie").find(chosen), std::string::npos);
+    // Reading alone makes no session.
+    EXPECT_EQ(second.ask(get("/echo.asp")).header("Set-Cookie"), "");
+}
+
+TEST_F(HttpServerTest, RunsRequestsOfOneSessionOneByOne) {
+    folder.write(
+        "slow_count.asp",
+        "<% n = Session(\"n\") : For i = 1 To 2000 : Next : Session(\"n\") = n + 1 %><%= Session(\"n\") %>");
+    settings.workers = 4;
+    Client client(start());
+    const std::string set = client.ask(get("/slow_count.asp")).header("Set-Cookie");
+    const std::string cookie = "Cookie: " + set.substr(0, set.find(';')) + "\r\n";
+    constexpr int kClients = 8, kRequests = 10;
+    std::vector<std::thread> threads;
+    for (int i = 0; i < kClients; ++i)
+        threads.emplace_back([&] {
+            Client other(server->port());
+            for (int n = 0; n < kRequests; ++n)
+                EXPECT_EQ(other.ask(get("/slow_count.asp", cookie)).status, 200);
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(client.ask(get("/slow_count.asp", cookie)).body, std::to_string(kClients * kRequests + 2));
+}
+
+TEST_F(HttpServerTest, RefusesPostsFromOtherOrigins) {
+    start();
+    const auto status = [&](const std::string& headers) {
+        return Client(server->port()).ask(post("/echo.asp", "a=1", headers)).status;
+    };
+    EXPECT_EQ(status("Origin: http://evil.example\r\n"), 403);
+    EXPECT_EQ(status("Sec-Fetch-Site: cross-site\r\n"), 403);
+    EXPECT_EQ(status("Origin: http://shop\r\n"), 200);
+    EXPECT_EQ(Client(server->port()).ask(get("/echo.asp", "Origin: http://evil.example\r\n")).status, 200);
+    settings.same_origin_posts = false;
+    server.reset();
+    start();
+    EXPECT_EQ(status("Origin: http://evil.example\r\n"), 200);
+}
+
+TEST_F(HttpServerTest, KeepsItsLimits) {
+    settings.body_bytes = 1000;
+    settings.header_bytes = 4096;
+    start();
+    const auto status = [&](const std::string& request) {
+        return Client(server->port()).ask(request).status;
+    };
+    EXPECT_EQ(status(post("/echo.asp", std::string(1000, 'x'))), 200);
+    EXPECT_EQ(status(post("/echo.asp", std::string(1001, 'x'))), 413);
+    std::string chunked = "POST /echo.asp HTTP/1.1\r\nHost: shop\r\nTransfer-Encoding: chunked\r\n\r\n";
+    for (int i = 0; i < 20; ++i)
+        chunked += "64\r\n" + std::string(100, 'x') + "\r\n";
+    EXPECT_EQ(status(chunked + "0\r\n\r\n"), 413);
+    EXPECT_EQ(status(get("/pic.gif", "X: " + std::string(3000, 'x') + "\r\n")), 200);
+    EXPECT_EQ(status(get("/pic.gif", "X: " + std::string(6000, 'x') + "\r\n")), 431);
+}
+
+TEST_F(HttpServerTest, StopsAnEndlessPageAndGoesOn) {
+    settings.pages.script_seconds = 1;
+    Client client(start());
+    const Client::Answer stopped = client.ask(get("/loop.asp"));
+    EXPECT_EQ(stopped.status, 500);
+    EXPECT_NE(stopped.body.find("before"), std::string::npos);
+    EXPECT_NE(stopped.body.find("ASP 0113"), std::string::npos);
+    EXPECT_EQ(stopped.body.find("after"), std::string::npos);
+    EXPECT_EQ(client.ask(get("/echo.asp?a=1")).body, "1|0");
+}
+
+TEST_F(HttpServerTest, LetsASlowClientKeepNoWorker) {
+    settings.workers = 1;
+    Client slow(start()), reader(server->port()), other(server->port());
+    const std::string request = post("/echo.asp", "a=slow");
+    slow.send(request.substr(0, request.size() - 3));
+    reader.send(get("/big.asp")); // and does not read its answer yet
+    EXPECT_EQ(other.ask(get("/echo.asp?a=1")).body, "1|0");
+    slow.send(request.substr(request.size() - 3));
+    EXPECT_EQ(slow.read().body, "slow|6");
+    EXPECT_EQ(reader.read().body.size(), 3000000U);
+}
+
+TEST_F(HttpServerTest, ClosesARequestThatDoesNotArriveInTime) {
+    settings.request_seconds = 1;
+    Client silent(start()), halting(server->port());
+    halting.send("POST /echo.asp HTTP/1.1\r\nHost: shop\r\nContent-Length: 10\r\n\r\nabc");
+    EXPECT_TRUE(silent.ends_silently());
+    EXPECT_TRUE(halting.ends_silently());
+}
+
+TEST_F(HttpServerTest, StopsWhilePagesRun) {
+    Client running(start()), halting(server->port()), idle(server->port());
+    idle.ask(get("/pic.gif"));
+    halting.send("POST /echo.asp HTTP/1.1\r\nHost: shop\r\nContent-Le");
+    running.send(get("/loop.asp"));
+    server->stop(std::chrono::seconds(0));
+    // Whether it had begun or not: it is answered with 503, or closed before it was read.
+    const int status = running.read().status;
+    EXPECT_TRUE(status == 503 || status == 0) << status;
+    EXPECT_THROW(Client(server->port()).ask(get("/pic.gif")), std::runtime_error);
+}
+
+} // namespace
+} // namespace tabrixdb::server
