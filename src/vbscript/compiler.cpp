@@ -181,11 +181,11 @@ void Compiler::finish_procedure(Procedure& procedure, Place end) {
 
 void Compiler::name_slots(Procedure& procedure) const {
     for (const auto& [name, at] : body_->names)
-        procedure.names.push_back({std::string(name), at});
+        procedure.names.push_back({std::string(name), at, true});
     for (const auto& [name, at] : body_->undeclared)
-        procedure.names.push_back({std::string(name), at});
+        procedure.names.push_back({std::string(name), at, false});
     if (body_->result.exists())
-        procedure.names.push_back({procedure.name, body_->result});
+        procedure.names.push_back({procedure.name, body_->result, true});
 }
 
 // --- Statements ------------------------------------------------------------------------------------

@@ -39,7 +39,6 @@ Machine::State::State(Environment& environment, Interrupt& interrupt, Limits lim
       interrupt_(interrupt),
       limits_(limits),
       err_(make_ref<ErrObject>()) {
-    frames_.reserve(limits_.recursion + 1); // so that a Frame stays where it is
     Global& err = global("Err");
     err.kind = Global::Kind::Object;
     err.value = Variant(err_);
@@ -113,7 +112,8 @@ std::unique_ptr<LoadedUnit> Machine::State::link(std::shared_ptr<const Program> 
         if (scope) {
             const auto& names = scope->procedure->names;
             const auto local = std::ranges::find_if(names, [&](const Procedure::Named& named) {
-                return equal_ignore_case(named.name, wanted.name);
+                return equal_ignore_case(named.name, wanted.name) &&
+                       (named.is_declared || global(wanted.name).kind == Global::Kind::Undefined);
             });
             if (local != names.end()) {
                 Global& stand_in = unit->borrowed.emplace_back();
@@ -163,10 +163,35 @@ void Machine::State::declare(LoadedUnit& unit) {
 
 // --- Frames ----------------------------------------------------------------------------------------
 
+namespace {
+
+// Procedures called by objects, and Eval, take the thread's own stack: at most this many inside each other.
+constexpr int kMaxEntrances = 100;
+
+class Entrance {
+public:
+    explicit Entrance(int& depth) : depth_(depth) {
+        if (depth_ == kMaxEntrances)
+            throw Error(28);
+        ++depth_;
+    }
+
+    ~Entrance() { --depth_; }
+
+    Entrance(const Entrance&) = delete;
+    Entrance& operator=(const Entrance&) = delete;
+
+private:
+    int& depth_;
+};
+
+} // namespace
+
 std::optional<Variant> Machine::State::execute(LoadedUnit& unit, const Procedure& procedure,
                                                Arguments arguments) {
     if (arguments.size() != procedure.parameters.size())
         raise_named(kErrorArguments, procedure.name);
+    const Entrance entrance(entrances_);
     const std::size_t base = frames_.size();
     push_frame(unit, procedure, {});
     Frame& frame = frames_.back();

@@ -89,7 +89,9 @@ struct Frame {
         }
     }
 
-    const Operand* list(Operand first) const noexcept { return &unit->program->operands[first.number()]; }
+    const Operand* list(Operand first) const noexcept {
+        return unit->program->operands.data() + first.number();
+    }
 
     std::uint32_t code_index() const noexcept {
         return static_cast<std::uint32_t>(at - unit->program->code.data());
@@ -177,7 +179,8 @@ private:
     Ref<ErrObject> err_;
     std::unordered_map<std::string, Global, IgnoreCaseHash, IgnoreCaseEqual> globals_;
     std::unordered_map<const Program*, std::unique_ptr<LoadedUnit>> units_;
-    std::vector<Frame> frames_;
+    std::deque<Frame> frames_; // a Frame stays where it is
+    int entrances_ = 0;        // of C++ into this machine, one inside the other
     ChunkStack<Variant> slots_;
     ChunkStack<Variant*> references_;
     Variant returned_;

@@ -164,6 +164,7 @@ struct Procedure {
     struct Named {
         std::string name;
         Operand at;
+        bool is_declared; // else it is this variable only when nothing global has the name
     };
 
     std::string name;

@@ -71,3 +71,11 @@ End Sub
 Function Square(n) : Square = n * n : End Function
 EvalsLocals 2
 '> 10
+Sub EvalsOthers()
+    here = 4
+    Print Eval("TypeName(Print) & here & count")
+    Print TypeName(Print)
+End Sub
+EvalsOthers
+'> Printer410
+'> Printer
