@@ -97,6 +97,9 @@ void append_order(std::string& sql, const Dialect& dialect, const Arrangement& a
             continue;
         sql += ", ";
         dialect.append_name(sql, arrangement.columns[column].column.name);
+        // The direction of the last term, in which an index on that term's column has the key as well.
+        if (arrangement.order.back().descending)
+            sql += " DESC";
     }
 }
 

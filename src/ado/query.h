@@ -54,7 +54,8 @@ struct Arrangement {
 };
 
 // The rows, in the query's own order or in that of `order`, where the columns of a complete key decide
-// between equal ones. Parameters: the condition's values, then how many rows and how many to leave out.
+// between equal ones, so that the order is the same at every request and going down is going up reversed.
+// Parameters: the condition's values, then how many rows and how many to leave out.
 std::string window_sql(const Query& query, const Dialect& dialect, const Arrangement& arrangement);
 // Their number. Parameters: the condition's values.
 std::string count_sql(const Query& query, const Dialect& dialect, const Arrangement& arrangement);

@@ -50,13 +50,13 @@ void StoredCursor::arrange(Condition condition, SortOrder order) {
         });
     if (order.empty())
         return;
-    std::ranges::stable_sort(visible_, [&](std::uint32_t a, std::uint32_t b) {
+    std::ranges::sort(visible_, [&](std::uint32_t a, std::uint32_t b) {
         for (const SortKey& key : order) {
             const auto result = compare(rows_.cell(a, key.column), rows_.cell(b, key.column));
             if (result != 0)
                 return key.descending ? result > 0 : result < 0;
         }
-        return false;
+        return order.back().descending ? a > b : a < b;
     });
 }
 

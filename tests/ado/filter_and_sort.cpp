@@ -87,7 +87,7 @@ constexpr Case kSorts[] = {
     {"[name] asc", "1 5 2 3 4"},
     {" name  desc ", "4 3 2 5 1"},
     {"age, id DESC", "2 3 5 1 4"}, // Null first
-    {"age DESC", "4 1 5 3 2"},     // equal ones in the order of the key
+    {"age DESC", "4 5 1 3 2"},     // equal ones by their key, downwards as well
     {"amount", "5 3 2 1 4"},       // by number, not by text
     {"[home town] DESC,\tid desc", "5 4 1 2 3"},
 };

@@ -25,11 +25,13 @@ public:
         shown_ = all_;
         if (group >= 0)
             std::erase_if(shown_, [group](const Row& row) { return row.group != group; });
-        if (sort != 0)
+        if (sort != 0) {
             std::ranges::stable_sort(shown_, [sort](const Row& a, const Row& b) {
-                const int order = sort < 3 ? a.group - b.group : compare_ignore_case(a.name, b.name);
-                return sort % 2 ? order < 0 : order > 0;
+                return sort < 3 ? a.group < b.group : compare_ignore_case(a.name, b.name) < 0;
             });
+            if (sort % 2 == 0) // going down is going up reversed
+                std::ranges::reverse(shown_);
+        }
         at = 1;
     }
 
