@@ -5,6 +5,7 @@
 #include "vbscript/place.h"
 
 #include <algorithm>
+#include <exception>
 #include <new>
 
 namespace tabrixdb::vbscript {
@@ -290,6 +291,8 @@ bool Machine::State::run_frames(std::size_t base) {
             failed(error);
         } catch (const std::bad_alloc&) {
             failed(Error(7));
+        } catch (const std::exception&) { // nothing of an object's C++ may leave the frames as they are
+            failed(Error(51));
         }
         if (frames_.size() == base)
             return false;

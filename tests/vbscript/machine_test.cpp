@@ -74,6 +74,12 @@ TEST_F(MachineTest, an_error_says_where_in_the_page) {
               "page.asp 1025 1:6 <<%= 1, 2 %>> TabrixDb VBScript compilation error, compiling");
 }
 
+TEST_F(MachineTest, columns_count_characters_and_lines_end_in_any_way) {
+    EXPECT_EQ(error_of([&] { compile(source_of("x = 1\r\ny = 2\rz = \"\u00e4\U0001F600\" $\r\n")); }),
+              "test.vbs 1032 3:11 <z = \"\u00e4\U0001F600\" $> TabrixDb VBScript compilation error, "
+              "compiling");
+}
+
 TEST_F(MachineTest, a_stop_is_no_error_to_hold) {
     EXPECT_EQ(run("On Error Resume Next\nSub S : CreateObject(\"Test.Thing\").End : Print 1 : End Sub\n"
                   "S\nPrint 2"),

@@ -8,6 +8,7 @@
 #include "vbscript/machine.h"
 
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <unordered_map>
 
@@ -59,6 +60,7 @@ public:
                 method<&Thing::grow>("Grow", {"Number"}),
                 method<&Thing::optional>("Optional", {{"A", "a"}, {"B", "b"}, {"C", "c"}}),
                 method<&Thing::fail>("Fail", {{"Number", std::int32_t{-2146825267}}}),
+                method<&Thing::break_down>("Break"),
                 method<&Thing::end>("End"),
             });
         return info;
@@ -95,6 +97,8 @@ private:
     }
 
     void fail(std::int32_t number) { throw Error(number, "It failed", "Thing"); }
+
+    void break_down() { throw std::logic_error("not an Error"); }
 
     void end() { interrupt_.stop(Interrupt::Reason::Ended); }
 

@@ -120,6 +120,9 @@ Print Err.Number & " " & Err.Description
 thing.Fail
 Print Err.Number & " " & Err.Description & " " & Err.Source
 '> -2146825267 It failed Thing
+thing.Break
+Print Err.Number & " " & Err.Description
+'> 51 Internal error
 Err.Raise 1234, "me", "my error"
 Print Err.Number & Err.Source & Err.Description
 '> 1234memy error
