@@ -1,0 +1,1 @@
+<%@ CODEPAGE=1252 LCID=1031 %>ä<%= "ü" & 1.5 & Server.HTMLEncode("ß") & Request("x") %>|<%= Response.CodePage & Response.LCID %><% Response.LCID = 1033 %>|<%= 1.5 %><% Response.CodePage = 65001 %>ä

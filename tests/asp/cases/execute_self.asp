@@ -1,0 +1,1 @@
+<% Server.Execute "execute_self.asp" %>

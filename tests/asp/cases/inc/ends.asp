@@ -1,0 +1,1 @@
+end<% Response.End %>never

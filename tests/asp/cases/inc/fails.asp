@@ -1,0 +1,2 @@
+<% Response.Write "in"
+a = 1 / 0 %>

@@ -1,0 +1,1 @@
+[<%= x %><% x = 7 : Session("part") = "here" %>]

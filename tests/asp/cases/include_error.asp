@@ -1,0 +1,2 @@
+<p>not written</p>
+<!-- #include file="inc/cycle.inc" -->
