@@ -108,16 +108,9 @@ class Argument {
 public:
     explicit Argument(Variant& variable) : variable_(variable), held_(ArgumentType<T>::from(variable)) {}
 
-    T& get()
-        requires kByReference
-    {
-        return held_;
-    }
-    const T& get() const
-        requires(!kByReference)
-    {
-        return held_;
-    }
+    T& get() requires kByReference { return held_; }
+
+    const T& get() const requires(!kByReference) { return held_; }
 
     void write_back() {
         if constexpr (kByReference) {

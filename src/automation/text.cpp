@@ -373,8 +373,8 @@ bool starts_with_ignore_case(std::string_view text, std::string_view wanted) noe
 }
 
 template <class Find>
-std::string replace_each(std::string_view text, std::string_view wanted, std::string_view with, std::size_t most,
-                         Find find) {
+std::string replace_each(std::string_view text, std::string_view wanted, std::string_view with,
+                         std::size_t most, Find find) {
     std::string out;
     std::size_t done = 0;
     if (!wanted.empty()) {
@@ -462,7 +462,8 @@ std::string replace_ignore_case(std::string_view text, std::string_view wanted, 
 }
 
 std::string replace_all(std::string_view text, std::string_view wanted, std::string_view with) {
-    return replace_each(text, wanted, with, kMaxTextBytes, [&](std::size_t from) { return text.find(wanted, from); });
+    return replace_each(text, wanted, with, kMaxTextBytes,
+                        [&](std::size_t from) { return text.find(wanted, from); });
 }
 
 std::size_t IgnoreCaseHash::operator()(std::string_view text) const noexcept {
