@@ -185,11 +185,14 @@ Operand Compiler::prepare_element(const Expression& element, const Meaning& arra
     const Operand value = body_->frame.temporary();
     std::vector<Operand> subscripts;
     for (const Expression* subscript : element.arguments) {
-        subscripts.push_back(body_->frame.temporary());
-        builder_.emit({.code = OpCode::Move, .a = subscripts.back(), .b = evaluate(*subscript)});
+        const Operand at = evaluate(*subscript);
+        subscripts.push_back(at.is_temporary() ? at : body_->frame.temporary());
+        if (at != subscripts.back())
+            builder_.emit({.code = OpCode::Move, .a = subscripts.back(), .b = at});
     }
     if (array.kind == Meaning::Kind::Variable)
         builder_.emit({.code = OpCode::Index,
+                       .flags = Instruction::kKeepArguments,
                        .count = list_size(subscripts.size()),
                        .a = value,
                        .b = array.at,

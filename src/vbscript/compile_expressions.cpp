@@ -83,6 +83,21 @@ std::uint8_t literal_flags(const Expression& comparison) noexcept {
     return flags;
 }
 
+// What a call gives may be an object, which an operator reads and lets go.
+std::uint8_t object_flags(const Expression& operand) noexcept {
+    const Expression* at = &operand;
+    while (at->kind == Expression::Kind::Group)
+        at = at->left;
+    const bool is_call = at->kind == Expression::Kind::Call || at->kind == Expression::Kind::Member ||
+                         at->kind == Expression::Kind::Name;
+    return is_call ? Instruction::kLetsGo : std::uint8_t{0};
+}
+
+std::uint8_t operand_flags(const Expression& binary) noexcept {
+    const std::uint8_t literals = is_comparison(binary) ? literal_flags(binary) : std::uint8_t{0};
+    return static_cast<std::uint8_t>(literals | object_flags(*binary.left) | object_flags(*binary.right));
+}
+
 bool is_variable(Operand operand) noexcept {
     return operand.kind() == Operand::Kind::Local || operand.kind() == Operand::Kind::Reference ||
            operand.kind() == Operand::Kind::Global;
@@ -161,7 +176,10 @@ Operand Compiler::evaluate_unary(const Expression& expression, Operand into) {
         if (value.is_number())
             return builder_.constant(negate(value));
     }
-    builder_.emit({.code = operator_code(expression.operation), .a = result, .b = operand});
+    builder_.emit({.code = operator_code(expression.operation),
+                   .flags = object_flags(*expression.left),
+                   .a = result,
+                   .b = operand});
     return result;
 }
 
@@ -183,7 +201,7 @@ Operand Compiler::evaluate_binary(const Expression& expression, Operand into) {
         }
         const Operand result = i == 0 && into.exists() ? into : own;
         builder_.emit({.code = operator_code(node.operation),
-                       .flags = is_comparison(node) ? literal_flags(node) : std::uint8_t{0},
+                       .flags = operand_flags(node),
                        .a = result,
                        .b = left,
                        .c = right});
@@ -281,12 +299,14 @@ std::uint32_t Compiler::jump_on(const Expression& condition, bool when) {
     const std::uint8_t flags = when ? std::uint8_t{0} : Instruction::kWhenFalse;
     if (!is_comparison(condition)) {
         const Operand value = evaluate(condition);
-        return builder_.emit({.code = OpCode::JumpIf, .flags = flags, .a = value});
+        return builder_.emit({.code = OpCode::JumpIf,
+                              .flags = static_cast<std::uint8_t>(flags | object_flags(condition)),
+                              .a = value});
     }
     const Operand left = evaluate_before(*condition.left, *condition.right);
     const Operand right = evaluate(*condition.right);
     return builder_.emit({.code = jump_code(condition.operation),
-                          .flags = static_cast<std::uint8_t>(flags | literal_flags(condition)),
+                          .flags = static_cast<std::uint8_t>(flags | operand_flags(condition)),
                           .a = left,
                           .b = right});
 }

@@ -233,7 +233,7 @@ void Compiler::statement(const Statement& statement) {
         return;
     case Statement::Kind::WriteValue: {
         const Operand value = evaluate(*static_cast<const WriteValueStatement&>(statement).value);
-        builder_.emit({.code = OpCode::WriteValue, .a = value});
+        builder_.emit({.code = OpCode::WriteValue, .flags = Instruction::kLetsGo, .a = value});
         return;
     }
     }
@@ -289,7 +289,9 @@ void Compiler::select(const SelectStatement& statement) {
         for (const Expression* test : clause.tests) {
             const Temporaries temporaries(body_->frame);
             const Operand with = evaluate(*test);
-            std::uint8_t flags = is_literal ? Instruction::kLeftLiteral : std::uint8_t{0};
+            std::uint8_t flags = Instruction::kLetsGo;
+            if (is_literal)
+                flags |= Instruction::kLeftLiteral;
             if (test->kind == Expression::Kind::Literal)
                 flags |= Instruction::kRightLiteral;
             hits.push_back(builder_.emit({.code = OpCode::JumpEqual, .flags = flags, .a = value, .b = with}));
@@ -458,8 +460,7 @@ void Compiler::erase(const EraseStatement& statement) {
             const Operand at = variable(meaning(array->name), array->name);
             builder_.emit({.code = OpCode::Erase, .a = at});
         } else { // an array inside another
-            const Operand inner = body_->frame.temporary();
-            builder_.emit({.code = OpCode::Move, .a = inner, .b = evaluate(*array)});
+            const Operand inner = evaluate(*array);
             builder_.emit({.code = OpCode::Erase, .a = inner});
             store(*array, inner, false);
         }

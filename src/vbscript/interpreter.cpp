@@ -11,6 +11,12 @@ Variant is_same_object(const Variant& a, const Variant& b) {
     return a.object() == b.object();
 }
 
+// Operands are values from here on: an object that only the temporary holds has served.
+void let_go(const Frame& frame, Operand operand) {
+    if (operand.is_temporary() && frame[operand].is_object())
+        frame[operand] = Variant();
+}
+
 [[noreturn]] void raise(const Frame& frame, const Instruction& instruction) {
     const auto number = static_cast<std::int32_t>(instruction.a.number());
     const std::string& name = frame.unit->program->members[instruction.b.number()];
@@ -236,6 +242,11 @@ bool Machine::State::interpret(std::size_t base) {
                 if (interrupt_.stopped())
                     return false;
                 break;
+            }
+            if (now.flags & Instruction::kLetsGo) {
+                let_go(frame, now.a);
+                let_go(frame, now.b);
+                let_go(frame, now.c);
             }
         }
     }

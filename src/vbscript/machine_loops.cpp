@@ -1,6 +1,7 @@
 #include "automation/conversions.h"
 #include "automation/member.h"
 #include "vbscript/arithmetic.h"
+#include "vbscript/call_arguments.h"
 #include "vbscript/machine_state.h"
 
 namespace tabrixdb::vbscript {
@@ -105,6 +106,7 @@ bool Machine::State::for_start(Frame& frame, const Instruction& instruction) {
     Variant from = bound(frame[list[0]]);
     Variant to = bound(frame[list[1]]);
     Variant step = bound(frame[list[2]]);
+    empty_temporaries(frame, list, 3);
     Variant& variable = frame[instruction.b];
     variable = first_value(std::move(from), to, step);
     const bool enters = is_within(variable, to, step);

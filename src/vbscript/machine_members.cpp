@@ -200,6 +200,8 @@ void Machine::State::index(Frame& frame, const Instruction& instruction) {
         result = element(frame, Variant(holder), list, instruction.count, name_of(frame, instruction.b));
     }
     empty_temporary(frame, instruction.b);
+    if (!(instruction.flags & Instruction::kKeepArguments))
+        empty_temporaries(frame, list, instruction.count);
     if (instruction.a.exists())
         frame[instruction.a] = std::move(result);
 }
@@ -228,12 +230,14 @@ void Machine::State::store_element(Frame& frame, const Instruction& instruction)
                 raise_named(kErrorNothing, name_of(frame, instruction.b));
             const CallArguments arguments(references_, slots_, frame, list, count, &value);
             tabrixdb::invoke(*object, {}, by_reference ? Access::Set : Access::Let, arguments.span());
+            empty_temporaries(frame, list, count);
             empty_temporary(frame, instruction.b);
             return;
         } else {
             held = element(frame, Variant(*at), list, count, name_of(frame, instruction.b));
             at = &held;
         }
+        empty_temporaries(frame, list, count);
         list += count;
     }
     *at = std::move(value);
@@ -248,6 +252,7 @@ void Machine::State::write_back(Frame& frame, const Instruction& instruction) {
     if (!holder.is_array())
         return;
     const Subscripts subscripts(frame, frame.list(instruction.c), instruction.count);
+    empty_temporaries(frame, frame.list(instruction.c), instruction.count);
     if (!subscripts.fit(*holder.array()))
         return;
     if (!identical(std::as_const(*holder.array()).at(subscripts.span()), value))

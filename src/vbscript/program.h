@@ -130,6 +130,7 @@ struct Instruction {
     static constexpr std::uint8_t kLeftLiteral = 1;
     static constexpr std::uint8_t kRightLiteral = 2;
     static constexpr std::uint8_t kWhenFalse = 4;
+    static constexpr std::uint8_t kLetsGo = 8; // objects in its temporaries end with the instruction
     static constexpr std::uint8_t kByReference = 1;
     static constexpr std::uint8_t kKeepArguments = 2; // temporaries in the list are used once more
     static constexpr std::uint8_t kOnlyVariables = 1;

@@ -86,6 +86,37 @@ End Function
 Print Make("temporary").Caption
 '> gone: temporary
 '> temporary
+' Nor does the value of an expression hold them beyond it.
+Dim list(1), i
+If Make("compared") = "x" Then Print "wrong"
+x = Make("joined") & "y"
+x = Make("left") + 1
+x = Not Make("negated")
+If Make("condition") Then Print "wrong"
+Print "<" & list(Make("subscript")) & ">"
+list(Make("stored at")) = 1
+Grow list(Make("passed"))
+For i = Make("from") To 0 : Next
+Select Case Make("subject")
+Case Make("test")
+End Select
+Print "last"
+'> gone: compared
+'> gone: joined
+'> gone: left
+'> gone: negated
+'> gone: condition
+'> gone: subscript
+'> <>
+'> gone: stored at
+'> gone: passed
+'> gone: from
+'> gone: subject
+'> gone: test
+'> last
+Sub Grow(n) : n = n + 1 : End Sub
+Print list(0)
+'> 2
 Dim kept
 Set kept = Make("kept")
 Set kept = kept
