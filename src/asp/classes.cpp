@@ -3,6 +3,7 @@
 #include "ado/classes.h"
 #include "automation/text.h"
 #include "classes/factory.h"
+#include "scripting/classes.h"
 
 namespace tabrixdb::asp {
 
@@ -25,6 +26,8 @@ std::string_view without_version(std::string_view program_id) {
 Ref<Object> create_known_class(std::string_view program_id) {
     const std::string_view name = without_version(program_id);
     if (Ref<Object> object = ado::create_object(name))
+        return object;
+    if (Ref<Object> object = scripting::create_object(name))
         return object;
     return create_class(name);
 }

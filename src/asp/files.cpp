@@ -3,6 +3,7 @@
 #include "asp/code_page.h"
 #include "automation/error.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <memory>
 
@@ -11,11 +12,13 @@ namespace tabrixdb::asp {
 namespace {
 constexpr std::int32_t kErrorNoFile = 53;
 constexpr std::int32_t kErrorDenied = 70;
+constexpr std::int32_t kErrorNoFolder = 76;
+
+using File = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 } // namespace
 
 std::optional<std::string> read_bytes(const std::string& physical_path) {
-    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(physical_path.c_str(), "rbe"),
-                                                               std::fclose);
+    const File file(std::fopen(physical_path.c_str(), "rbe"), std::fclose);
     if (!file)
         return std::nullopt;
     std::string bytes;
@@ -37,6 +40,16 @@ std::string SiteFiles::read_text(std::string_view path) {
     if (!bytes)
         throw Error(kErrorDenied);
     return decode_file(std::move(*bytes), code_page_);
+}
+
+void SiteFiles::write_text(std::string_view path, std::string_view text, bool append) {
+    File file(std::fopen(paths_.resolve_physical(path).c_str(), append ? "abe" : "wbe"), std::fclose);
+    if (!file)
+        throw Error(errno == ENOENT ? kErrorNoFolder : kErrorDenied);
+    const std::string bytes = encode_text(text, code_page_);
+    const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size();
+    if (std::fclose(file.release()) != 0 || !written)
+        throw Error(kErrorDenied);
 }
 
 } // namespace tabrixdb::asp

@@ -8,6 +8,11 @@ namespace {
 thread_local Host* current_host = nullptr;
 }
 
+void FileSystem::write_text(std::string_view, std::string_view, bool) {
+    constexpr std::int32_t kErrorDenied = 70;
+    throw Error(kErrorDenied);
+}
+
 Host& Host::current() {
     if (!current_host)
         throw Error(kErrorNothing);

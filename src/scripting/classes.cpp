@@ -1,0 +1,17 @@
+#include "scripting/classes.h"
+
+#include "automation/text.h"
+#include "scripting/dictionary.h"
+#include "scripting/file_system_object.h"
+
+namespace tabrixdb::scripting {
+
+Ref<Object> create_object(std::string_view program_id) {
+    if (equal_ignore_case(program_id, "Scripting.Dictionary"))
+        return make_ref<Dictionary>();
+    if (equal_ignore_case(program_id, "Scripting.FileSystemObject"))
+        return make_ref<FileSystemObject>();
+    return {};
+}
+
+} // namespace tabrixdb::scripting
