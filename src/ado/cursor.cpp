@@ -30,34 +30,31 @@ bool same_names(const std::vector<ColumnInfo>& a, const std::vector<ColumnInfo>&
         [](const ColumnInfo& info) { return info.column.name; });
 }
 
-// A cursor that has the database do the work, if the query can stand as a derived table with the same names.
+// A cursor that has the database do the work, if the query as a derived table has the same names.
 std::unique_ptr<Cursor> window_over(const std::shared_ptr<Session>& session, const Statement& plain,
-                                    std::string_view sql) {
-    if (!plain.reads_only() || plain.parameters() != 0)
-        return nullptr;
-    auto query = derived_query(sql);
-    if (!query)
+                                    Query query) {
+    if (plain.parameters() != 0)
         return nullptr;
     try {
         const std::vector<ColumnInfo>& columns = plain.columns();
         const auto wrapped = session->prepare_single(
-            window_sql(*query, session->database().dialect(), {columns, Condition(), SortOrder()}));
+            window_sql(query, session->database().dialect(), {columns, Condition(), SortOrder()}));
         if (wrapped && same_names(columns, wrapped->columns()))
-            return std::make_unique<WindowCursor>(session, columns, std::move(*query));
+            return std::make_unique<WindowCursor>(session, columns, std::move(query));
     } catch (const Error&) {
         session->database().clear_errors(); // the plain statement is fine; so the wrapping is not
     }
     return nullptr;
 }
 
+// `query`: the statement's text, when it is one that only reads.
 std::unique_ptr<Cursor> cursor_over(const std::shared_ptr<Session>& session,
-                                    std::unique_ptr<Statement> statement, std::string_view sql, bool scrolls,
-                                    bool alone) {
-    const bool steps = alone && statement->reads_only();
-    if (steps && !scrolls)
+                                    std::unique_ptr<Statement> statement, std::optional<Query> query,
+                                    bool scrolls) {
+    if (query && !scrolls)
         return std::make_unique<ForwardCursor>(session, std::move(statement));
-    if (steps)
-        if (auto window = window_over(session, *statement, sql))
+    if (query)
+        if (auto window = window_over(session, *statement, std::move(*query)))
             return window;
     return std::make_unique<StoredCursor>(session, std::move(statement));
 }
@@ -119,10 +116,14 @@ Execution run(const std::shared_ptr<Session>& session, std::string_view sql, boo
             continue;
         any = true;
         const bool writes = !statement->reads_only();
-        if (writes)
+        auto query = writes ? std::nullopt : derived_query(text);
+        // Also for what only seems to read: a pragma does nothing within a transaction.
+        if (!query)
             session->before_write();
         if (!statement->columns().empty() && !result.cursor) {
-            result.cursor = cursor_over(session, std::move(statement), text, scrolls, alone);
+            if (!alone)
+                query.reset();
+            result.cursor = cursor_over(session, std::move(statement), std::move(query), scrolls);
         } else {
             while (statement->step()) {
             }

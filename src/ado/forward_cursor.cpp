@@ -42,8 +42,12 @@ bool ForwardCursor::next_row() {
         in_kept_ = false;
         kept_.reset(described().size());
     }
+    if (cut_off_)
+        throw Error(kRowChanged, "The rows behind this one could not be kept while the page wrote.",
+                    std::string(kRecordsetSource));
     if (done_ || !statement_)
         return false;
+    session().hold_snapshot();
     const bool row = statement_->step();
     done_ = !row;
     return row;
@@ -68,7 +72,7 @@ void ForwardCursor::restart() {
     in_kept_ = false;
     position_ = 0;
     has_row_ = false;
-    done_ = false;
+    done_ = cut_off_ = false;
 }
 
 void ForwardCursor::keep_current() {
@@ -84,17 +88,25 @@ void ForwardCursor::replace_current(std::span<const OwnedCell> cells) {
     kept_.replace(kept_at_, cells);
 }
 
-void ForwardCursor::before_write() {
-    if (!has_row_ || done_ || kept_.bytes() > kKeptBytes)
+void ForwardCursor::keep(std::size_t bytes) {
+    if (!has_row_ || done_ || kept_.bytes() > bytes)
         return;
     keep_current();
-    while (kept_.bytes() <= kKeptBytes) {
+    while (kept_.bytes() <= bytes) {
         if (!statement_->step()) {
             done_ = true;
             return;
         }
         kept_.add(*statement_);
     }
+}
+
+void ForwardCursor::on_release() {
+    keep(kMaxStoredBytes);
+    if (!has_row_ || done_)
+        return;
+    statement_->reset();
+    done_ = cut_off_ = true;
 }
 
 } // namespace tabrixdb::ado

@@ -7,7 +7,8 @@ namespace tabrixdb::ado {
 
 // The cursor that only goes forward: rows are read straight from the statement, nothing is held. When the
 // page writes on the same connection, the rows to come are kept first (as many as kKeptBytes hold; the
-// statement goes on behind them).
+// statement goes on behind them). When it writes on another one, or the request ends, all of them are kept,
+// up to kMaxStoredBytes; reading on past them is Error kRowChanged.
 class ForwardCursor final : public Cursor {
 public:
     ForwardCursor(std::shared_ptr<Session> session, std::unique_ptr<Statement> statement);
@@ -37,7 +38,10 @@ private:
 
     Cell sample_cell(std::size_t column) const override { return cell(column); }
 
-    void before_write() override;
+    void before_write() override { keep(kKeptBytes); }
+
+    void on_release() override;
+    void keep(std::size_t bytes);
 
     void on_close() noexcept override { statement_.reset(); }
 
@@ -52,7 +56,8 @@ private:
     std::size_t kept_at_ = 0;
     std::int64_t position_ = 0; // of the current row; 0 before the first
     bool has_row_ = false;
-    bool done_ = false; // the statement has no more rows
+    bool done_ = false;    // the statement has no more rows
+    bool cut_off_ = false; // it had more than could be kept when it had to let go
 };
 
 } // namespace tabrixdb::ado

@@ -88,6 +88,8 @@ public:
     virtual void begin() = 0;
     virtual void commit() = 0;
     virtual void rollback() = 0;
+    // Also when the page's own SQL has begun it.
+    virtual bool in_transaction() const = 0;
     // Rows that the last statement which writes has touched.
     virtual std::int64_t rows_changed() const = 0;
     // The number that the database gave to the row that was added last.

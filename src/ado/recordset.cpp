@@ -16,8 +16,12 @@ constexpr std::int32_t kCommandTableDirect = 512;
 // Values of bookmark arguments that name a place.
 constexpr std::int32_t kBookmarkFirst = 1, kBookmarkLast = 2;
 
-// Whether the text can only be a table's name.
+// Whether the text can only be a table's name: one word, and none that is a statement by itself.
 bool is_name(std::string_view text) {
+    for (const std::string_view statement :
+         {"begin", "commit", "end", "rollback", "vacuum", "analyze", "reindex"})
+        if (equal_ignore_case(text, statement))
+            return false;
     return !text.empty() && text.find_first_of(" \t\r\n\f\v(;,") == std::string_view::npos;
 }
 

@@ -16,10 +16,14 @@ thread_local std::vector<std::weak_ptr<Session>> reading_sessions;
 } // namespace
 
 void release_snapshots() noexcept {
-    for (const auto& session : reading_sessions)
-        if (const auto alive = session.lock())
-            alive->release_snapshot();
-    reading_sessions.clear();
+    for (const auto& session : std::exchange(reading_sessions, {}))
+        if (const auto alive = session.lock()) {
+            try {
+                alive->release_snapshot();
+            } catch (const Error&) {
+                alive->close(); // its rows could not be kept, and its lock is not to stay
+            }
+        }
 }
 
 std::shared_ptr<Session> Session::open(const std::string& connection_string) {
@@ -44,7 +48,7 @@ void Session::close() noexcept {
         return;
     for (Reader* reader : std::exchange(readers_, {}))
         reader->on_close();
-    release_snapshot();
+    end_snapshot();
     if (in_transaction_) {
         in_transaction_ = false;
         try {
@@ -74,11 +78,11 @@ std::unique_ptr<Statement> Session::prepare_single(std::string_view sql) {
 void Session::remove_reader(Reader& reader) noexcept {
     std::erase(readers_, &reader);
     if (readers_.empty())
-        release_snapshot();
+        end_snapshot();
 }
 
 void Session::hold_snapshot() {
-    if (in_snapshot_ || in_transaction_)
+    if (in_snapshot_ || database().in_transaction())
         return;
     database().begin();
     in_snapshot_ = true;
@@ -86,20 +90,36 @@ void Session::hold_snapshot() {
     reading_sessions.push_back(weak_from_this());
 }
 
-void Session::release_snapshot() noexcept {
+void Session::release_snapshot() {
+    if (!in_snapshot_)
+        return;
+    for (Reader* reader : std::vector(readers_))
+        reader->on_release();
+    end_snapshot();
+}
+
+void Session::end_snapshot() noexcept {
     if (!std::exchange(in_snapshot_, false))
         return;
     try {
         database_->commit();
     } catch (const Error&) {
-        // Nothing was written: there is nothing to lose. The handle's transaction ends with the handle.
+        // Nothing was written, so nothing is lost; the transaction ends with the handle.
     }
 }
 
-void Session::before_write() {
+void Session::keep_rows() {
     for (Reader* reader : std::vector(readers_))
         reader->before_write();
     ++writes_;
+}
+
+void Session::before_write() {
+    // The other connections of the thread may be to the same file.
+    for (const auto& session : std::vector(reading_sessions))
+        if (const auto other = session.lock(); other && other.get() != this)
+            other->keep_rows();
+    keep_rows();
     release_snapshots();
 }
 
@@ -116,15 +136,23 @@ void Session::begin_transaction() {
 void Session::commit_transaction() {
     if (!in_transaction_)
         throw Error(kNoTransaction, "No transaction is active.", std::string(kConnectionSource));
-    database().commit();
-    in_transaction_ = false;
+    finish_transaction(&Database::commit);
 }
 
 void Session::rollback_transaction() {
     if (!in_transaction_)
         throw Error(kNoTransaction, "No transaction is active.", std::string(kConnectionSource));
     before_write();
-    database().rollback();
+    finish_transaction(&Database::rollback);
+}
+
+void Session::finish_transaction(void (Database::*finish)()) {
+    try {
+        (database().*finish)();
+    } catch (const Error&) {
+        in_transaction_ = database().in_transaction(); // a lock leaves it open for another try
+        throw;
+    }
     in_transaction_ = false;
 }
 

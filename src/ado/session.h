@@ -27,6 +27,8 @@ public:
     public:
         // The rows are about to change: what has been read must not move under the page.
         virtual void before_write() = 0;
+        // The read transaction ends: no statement may be left standing on a row, for it would hold the lock.
+        virtual void on_release() = 0;
         // Statements must be gone when this returns.
         virtual void on_close() noexcept = 0;
 
@@ -55,12 +57,13 @@ public:
 
     // Begins the read transaction unless one is open. A reader calls it before it reads.
     void hold_snapshot();
-    void release_snapshot() noexcept;
-    // Before a statement that writes: lets every reader keep its rows, ends the read transactions of the
-    // thread.
+    void release_snapshot();
+    // Before a statement that may write: lets the readers of the thread keep their rows, and ends its read
+    // transactions.
     void before_write();
 
-    // Number of writes so far: tells a reader that rows it has not kept may have changed.
+    // Number of writes so far, by this session or another one of the thread: tells a reader that rows it has
+    // not kept may have changed.
     std::uint64_t writes() const noexcept { return writes_; }
 
     // Errors as ADO raises them: a transaction is open already, or none is.
@@ -71,6 +74,10 @@ public:
     bool in_transaction() const noexcept { return in_transaction_; }
 
 private:
+    void keep_rows();
+    void end_snapshot() noexcept;
+    void finish_transaction(void (Database::*finish)());
+
     std::string pool_key_;
     std::unique_ptr<Database> database_;
     std::vector<Reader*> readers_;

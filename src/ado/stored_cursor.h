@@ -41,6 +41,8 @@ private:
 
     void before_write() override {}
 
+    void on_release() override {}
+
     void on_close() noexcept override { statement_.reset(); }
 
     void fetch();

@@ -49,6 +49,9 @@ private:
     Cell sample_cell(std::size_t column) const override { return window_.cell(0, column); }
 
     void before_write() override;
+
+    void on_release() override { further_.reset(); }
+
     void on_close() noexcept override;
 
     std::int64_t end() const noexcept { return first_ + static_cast<std::int64_t>(window_.rows()); }

@@ -1,6 +1,8 @@
 #include "automation/array.h"
 #include "tests/ado/people.h"
 
+#include <thread>
+
 namespace tabrixdb::ado {
 
 namespace {
@@ -179,11 +181,18 @@ TEST_F(PeopleTest, KeepsItsPlaceByBookmark) {
 TEST_F(PeopleTest, CountsAndPagesBelongTogether) {
     const auto recordset = pushed_down();
     EXPECT_EQ(recordset->record_count(), 5);
-    const auto other = connect("Timeout=0");
-    // The other connection's write waits for the reading page, here not at all.
-    EXPECT_EQ(error_of([&] { execute(*other, "delete from people"); }), 0) << "same thread: no wait";
-    recordset->requery();
-    EXPECT_TRUE(recordset->eof());
+    std::int32_t failure = 0;
+    const auto delete_elsewhere = [&] {
+        std::thread([&] {
+            failure = error_of([&] { execute(*connect("Timeout=0"), "delete from people"); });
+        }).join();
+    };
+    delete_elsewhere();
+    EXPECT_EQ(failure, kFailed); // without a write-ahead log a writer waits for the page
+    EXPECT_EQ(ids(*recordset), "1 2 3 4 5");
+    recordset->close();
+    delete_elsewhere();
+    EXPECT_EQ(failure, 0);
 }
 
 TEST_F(PeopleTest, SeesEachRowOnceWhileThePageWrites) {
@@ -203,6 +212,52 @@ TEST_F(PeopleTest, SeesEachRowOnceWhileThePageWrites) {
         EXPECT_EQ(scalar("select sum(done) from t"), "300");
         execute("update t set done = 0");
     }
+}
+
+// A recordset that stays behind, in a session say, keeps nobody from writing.
+TEST_F(PeopleTest, HoldsNoLockAfterTheRequest) {
+    execute("create table t (id integer primary key);"
+            "with recursive n(i) as (select 1 union all select i + 1 from n where i < 3000) "
+            "insert into t select i from n");
+    const auto recordset = open("select * from t");
+    for (int i = 0; i < 20; ++i) // past the first stretch: a statement stands open
+        recordset->move_next();
+    const Variant forward = execute("select * from t");
+    get(*forward.object(), "MoveNext");
+    release_snapshots();
+    std::int32_t failure = -1;
+    std::thread([&] {
+        failure = error_of([&] { execute(*connect("Timeout=0"), "delete from t where id > 2900"); });
+    }).join();
+    EXPECT_EQ(failure, 0);
+    EXPECT_EQ(get(*forward.object(), "GetRows").array()->upper_bound(1), 2998);
+    EXPECT_EQ(text(recordset->value(0)), "21");
+    for (; !recordset->eof(); recordset->move_next()) {
+    }
+    EXPECT_EQ(recordset->record_count(), 2900);
+}
+
+TEST_F(PeopleTest, WritesThroughASecondConnectionWhileItReads) {
+    const auto other = connect("Timeout=0");
+    const auto recordset = pushed_down();
+    const Variant forward = execute("select id from people");
+    for (; !recordset->eof(); recordset->move_next()) {
+        EXPECT_EQ(text(value_of(get(*forward.object(), "", {Variant(0)}))), text(recordset->value(0)));
+        execute(*other, "delete from people where id = " + text(recordset->value(0)));
+        get(*forward.object(), "MoveNext");
+    }
+    EXPECT_EQ(scalar("select count(*) from people"), "0");
+}
+
+TEST_F(PeopleTest, LetsAPageBeginTransactionsByItself) {
+    const auto recordset = pushed_down();
+    EXPECT_EQ(recordset->record_count(), 5);
+    EXPECT_EQ(text(value_of(get(*execute("pragma journal_mode = wal").object(), "", {Variant(0)}))), "wal");
+    execute("begin");
+    execute("delete from people where id = 5");
+    EXPECT_EQ(scalar("select count(*) from people"), "4");
+    execute("rollback");
+    EXPECT_EQ(scalar("select count(*) from people"), "5");
 }
 
 TEST_F(PeopleTest, SaysWhenRowsChangedThatItCouldNotKeep) {

@@ -45,6 +45,8 @@ public:
 
     std::int64_t last_identity() const override { return sqlite3_last_insert_rowid(handle_.get()); }
 
+    bool in_transaction() const override { return !sqlite3_get_autocommit(handle_.get()); }
+
     void set_time_limit(std::int32_t seconds) override { time_limit_ = std::chrono::seconds(seconds); }
 
     bool reusable() override;
