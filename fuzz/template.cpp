@@ -13,8 +13,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::string text(reinterpret_cast<const char*>(data), size);
     tabrixdb::strip_body(text);
     try {
-        const tabrixdb::GridLayout one = tabrixdb::layout_of_template(text, size % 2 == 0);
-        const tabrixdb::GridLayout three = tabrixdb::layout_of_parts(text, text, text, true);
+        const tabrixdb::GridLayout one =
+            tabrixdb::layout_of_template(tabrixdb::split_template(text), size % 2 == 0);
+        const tabrixdb::GridLayout three =
+            tabrixdb::layout_of_parts(tabrixdb::split_template(text), text, text, true);
         if (one.row.size() > text.size() || three.header.size() > text.size())
             std::abort();
     } catch (const tabrixdb::Error& error) {

@@ -466,6 +466,16 @@ std::string replace_all(std::string_view text, std::string_view wanted, std::str
                         [&](std::size_t from) { return text.find(wanted, from); });
 }
 
+std::vector<std::string_view> split(std::string_view text, char separator) {
+    std::vector<std::string_view> parts;
+    for (std::size_t at = 0; !text.empty() && at <= text.size();) {
+        const std::size_t end = std::min(text.find(separator, at), text.size());
+        parts.push_back(text.substr(at, end - at));
+        at = end + 1;
+    }
+    return parts;
+}
+
 std::size_t IgnoreCaseHash::operator()(std::string_view text) const noexcept {
     std::size_t hash = 14695981039346656037u; // FNV-1a over the folded bytes
     for (FoldedBytes bytes(text); !bytes.done();)

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace tabrixdb {
 
@@ -131,6 +132,8 @@ bool contains_ignore_case(std::string_view text, std::string_view wanted) noexce
 std::string replace_ignore_case(std::string_view text, std::string_view wanted, std::string_view with,
                                 std::size_t most = kMaxTextBytes);
 std::string replace_all(std::string_view text, std::string_view wanted, std::string_view with);
+// The parts between separators, empty ones included; none for an empty text. Views into `text`.
+std::vector<std::string_view> split(std::string_view text, char separator);
 std::string upper(std::string_view text);
 std::string lower(std::string_view text);
 

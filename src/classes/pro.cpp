@@ -2,10 +2,10 @@
 
 #include "automation/conversions.h"
 #include "automation/member.h"
+#include "classes/clean_up.h"
 #include "data/connections.h"
 #include "data/sources.h"
 #include "engine/report.h"
-#include "grid/clean_up.h"
 #include "grid/create_grid.h"
 #include "template/read_template.h"
 #include "web/page_address.h"

@@ -18,12 +18,17 @@ std::string access_connect(std::string_view path) {
            ";DefaultDir=;Uid=Admin;Pwd=;";
 }
 
+// What can be listed of the connection's errors: one that can't be read ends the list.
 std::string list_errors(const platform::Connection& connection) {
     std::string list;
-    for (const platform::DataError& error : connection.errors()) {
-        list += "\r\n<br>ADO Error  #" + std::to_string(error.number);
-        list += "\r\n<br>Description " + html_encode(error.description);
-        list += "\r\n<br>Source      " + html_encode(error.source);
+    try {
+        for (const platform::DataError& error : connection.errors()) {
+            list += "\r\n<br>ADO Error  #" + std::to_string(error.number);
+            list += "\r\n<br>Description " + html_encode(error.description);
+            list += "\r\n<br>Source      " + html_encode(error.source);
+        }
+    } catch (const Error&) {
+        // deliberately ignored: the failure itself has been reported
     }
     return list;
 }
@@ -42,7 +47,7 @@ void create_connection(Pro& pro, std::string_view id, std::string& connection_st
     } catch (const Error& error) {
         report(trapped(error, "CreateConnection"));
         if (pro.ado_errors)
-            report_and_then({"", list_errors(*connection), "ADO Errors", "CreateConnection"});
+            report_also({"", list_errors(*connection), "ADO Errors", "CreateConnection"});
     }
 }
 

@@ -28,10 +28,10 @@ platform::Recordset& DbSource::records() const {
     return *recordset;
 }
 
-DbField& DbSource::field_at(std::size_t column) const {
+DbField& DbSource::field_of(std::string_view column) const {
     if (!fields)
         throw Error(kErrorNothing);
-    return *fields->get<DbField>(static_cast<std::int32_t>(column + 1));
+    return *fields->get<DbField>(column);
 }
 
 void DbSource::make_fields() {

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace tabrixdb {
 
@@ -29,8 +30,8 @@ public:
 
     // The recordset; Error 91 when the page took it away.
     platform::Recordset& records() const;
-    // The field of a column by 0-based position. Error 9 when there are fewer, 91 as above.
-    DbField& field_at(std::size_t column) const;
+    // The field of that column. Error 5 when the page took it out, 91 as above.
+    DbField& field_of(std::string_view column) const;
     // Makes one DbField a column of the open recordset. Error 457 for a column name that occurs twice.
     void make_fields();
 };

@@ -1,7 +1,11 @@
 #include "data/sources.h"
 
 #include "automation/conversions.h"
+#include "automation/operators.h"
 #include "automation/text.h"
+#include "engine/grid_state.h"
+
+#include <algorithm>
 
 namespace tabrixdb {
 
@@ -27,20 +31,18 @@ std::int32_t extreme(platform::Connection& connection, std::string_view function
 // The bounds of every numeric column, between which bar graphs are scaled.
 void find_extremes(const DbSource& source, platform::Connection& connection, std::string_view sql) {
     const std::string table = table_name(sql);
-    const auto& columns = source.records().columns();
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-        if (platform::type_class(columns[i].type) != platform::TypeClass::Number)
+    for (const platform::Column& column : source.records().columns()) {
+        if (platform::type_class(column.type) != platform::TypeClass::Number)
             continue;
-        DbField& field = source.field_at(i);
-        field.min = extreme(connection, "Min", columns[i].name, table);
-        field.max = extreme(connection, "Max", columns[i].name, table);
+        DbField& field = source.field_of(column.name);
+        field.min = extreme(connection, "Min", column.name, table);
+        field.max = extreme(connection, "Max", column.name, table);
     }
 }
 
-// The session's "hidden filter form" flag: Empty counts as False, as it does for the page's script.
+// Whether the filter form's "display" flag equals False; a flag that was never set does.
 bool filter_form_hidden(const std::string& id) {
-    const Variant display = session().value(id + "_filterdisplay");
-    return display.is_empty() || !to_boolean(display);
+    return compare(session().value(id + "_filterdisplay"), Variant(false)) == Order::Equal;
 }
 
 void clear_filter(const std::string& id) {
@@ -64,7 +66,7 @@ void create_source(Pro& pro, const std::string& id, const std::string& sql, cons
     pro.sources->add(source, id);
     if (request().value(id + "_command") == "filter_source_clear")
         clear_filter(id);
-    if (const Text filter = to_text(session().value(id + "_filterstr")); !filter.empty())
+    if (const std::string filter = GridState(session(), id).text("_filterstr"); !filter.empty())
         source->recordset->set_filter(filter);
 }
 

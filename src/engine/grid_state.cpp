@@ -1,6 +1,7 @@
 #include "engine/grid_state.h"
 
 #include "automation/conversions.h"
+#include "automation/error.h"
 
 namespace tabrixdb {
 
@@ -11,6 +12,12 @@ bool is_blank(const Variant& value) {
 }
 
 } // namespace
+
+std::int16_t to_short(std::int64_t value) {
+    if (value < INT16_MIN || value > INT16_MAX)
+        throw Error(kErrorOverflow);
+    return static_cast<std::int16_t>(value);
+}
 
 bool GridState::blank(std::string_view suffix) const {
     return is_blank(value(suffix));

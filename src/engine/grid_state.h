@@ -8,6 +8,9 @@
 
 namespace tabrixdb {
 
+// The number in 16 bits, as positions and sizes are kept; Error 6 beyond.
+std::int16_t to_short(std::int64_t value);
+
 // A grid's state that outlives the request: session values under the grid's identifier and a suffix
 // ("_CurrentPage", "_PageSize", "_Offset", "_Sort", "_filter", "_filterstr", "_mode", "_edit", "_gridmode",
 // "_command_target"). Values are what a page or an earlier request left there: numbers, numeric text, or

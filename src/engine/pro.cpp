@@ -1,8 +1,7 @@
 #include "engine/pro.h"
 
 #include "automation/error.h"
-
-#include <algorithm>
+#include "automation/text.h"
 
 namespace tabrixdb {
 
@@ -16,12 +15,8 @@ GridCommand read_command(platform::Request& request, std::string_view grid) {
     GridCommand command;
     command.word = request.value(std::string(grid) + "_command");
     command.parameters = request.value(std::string(grid) + "_params");
-    const std::string_view text = command.parameters;
-    for (std::size_t at = 0; !text.empty() && at <= text.size();) {
-        const std::size_t end = std::min(text.find(';', at), text.size());
-        command.parts.emplace_back(text.substr(at, end - at));
-        at = end + 1;
-    }
+    for (const std::string_view part : split(command.parameters, ';'))
+        command.parts.emplace_back(part);
     return command;
 }
 

@@ -60,13 +60,13 @@ void report(const ErrorReport& error) {
         show(error);
 }
 
-void report_and_then(const ErrorReport& continuation) {
-    show(continuation);
+void report_also(const ErrorReport& addition) {
+    show(addition);
 }
 
-ErrorReport trapped(const Error& error, std::string location) {
+ErrorReport trapped(const Error& error, std::string_view location) {
     return {std::to_string(error.number()), html_encode(error.description()), html_encode(error.source()),
-            std::move(location)};
+            html_encode(location)};
 }
 
 bool page_ended() {

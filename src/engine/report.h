@@ -17,14 +17,14 @@ struct ErrorReport {
 };
 
 // Renders the error page into the response and ends the page. The first report is the one that is shown:
-// what fails after it, on the way out, is a consequence and is dropped, but for one that is marked as a
-// continuation (`and_then`).
+// what fails after it, on the way out, is a consequence and is dropped.
 void report(const ErrorReport& error);
-void report_and_then(const ErrorReport& continuation);
+// Adds a second report to the first: it is shown although the page has ended.
+void report_also(const ErrorReport& addition);
 
-// A trapped error's report. Its description can hold text from outside (a posted sort expression, what the
-// database says of a value), so it is shown as text, never as markup.
-ErrorReport trapped(const Error& error, std::string location);
+// A trapped error's report. Its description or label can hold text from outside (a posted sort expression,
+// what the database says of a value), so it is shown as text, never as markup.
+ErrorReport trapped(const Error& error, std::string_view location);
 
 // True once a report or the page itself has ended the page: a procedure made of steps then stops.
 bool page_ended();
@@ -36,7 +36,7 @@ auto guard(std::string_view label, Body&& body) -> std::invoke_result_t<Body> {
     try {
         return body();
     } catch (const Error& error) {
-        report(trapped(error, std::string(label)));
+        report(trapped(error, label));
     }
     return std::invoke_result_t<Body>();
 }

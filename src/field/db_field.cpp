@@ -3,6 +3,7 @@
 #include "automation/member.h"
 #include "automation/text.h"
 #include "engine/page.h"
+#include "engine/report.h"
 #include "field/views.h"
 
 namespace tabrixdb {
@@ -42,11 +43,8 @@ namespace {
 
 std::vector<std::string> elements_of(std::string_view specification) {
     std::vector<std::string> elements;
-    for (std::size_t at = 0; at <= specification.size();) {
-        const std::size_t end = std::min(specification.find(';', at), specification.size());
-        elements.emplace_back(specification.substr(at, end - at));
-        at = end + 1;
-    }
+    for (const std::string_view element : split(specification, ';'))
+        elements.emplace_back(element);
     elements[0] = upper(elements[0]);
     return elements;
 }
@@ -60,7 +58,8 @@ void DbField::set_view(std::string_view mode, std::string_view specification) {
     std::string view;
     std::string kind;
     if (const ViewKind* known = find_view_kind(elements)) {
-        view = known->render(*this, elements);
+        view = guard("Class DbField - " + std::string(known->label),
+                     [&] { return known->render(*this, elements); });
         kind = known->kind;
     } else if (elements[0] == "NORMAL") {
         view = "NORMAL";

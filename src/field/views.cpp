@@ -31,29 +31,19 @@ void take_default(DbField& field, ViewElements elements, std::size_t index) {
         field.default_value = elements[index];
 }
 
-std::vector<std::string> split(std::string_view text, char separator) {
-    std::vector<std::string> parts;
-    for (std::size_t at = 0; !text.empty() && at <= text.size();) {
-        const std::size_t end = std::min(text.find(separator, at), text.size());
-        parts.emplace_back(text.substr(at, end - at));
-        at = end + 1;
-    }
-    return parts;
-}
-
 // The constraint element "a,b": a is "R" (required) or the least number of characters, b the greatest, which
 // gives the attribute that is returned.
 std::string constraint(DbField& field, ViewElements elements, std::size_t index) {
     if (!given(elements, index))
         return {};
-    const std::vector<std::string> parts = split(elements[index], ',');
+    const std::vector<std::string_view> parts = split(elements[index], ',');
     if (parts.empty())
         return {};
     if (equal_ignore_case(parts[0], "R"))
         field.required = -1;
     else if (is_numeric(parts[0]))
         field.required = to_integer(parts[0]);
-    return parts.size() > 1 && is_numeric(parts[1]) ? " MaxLength=\"" + parts[1] + "\" " : "";
+    return parts.size() > 1 && is_numeric(parts[1]) ? " MaxLength=\"" + std::string(parts[1]) + "\" " : "";
 }
 
 // --- Text ----------------------------------------------------------------------------------------------
@@ -103,8 +93,13 @@ std::string options(DbField& field, ViewElements elements, std::string view, std
 std::string select_normal_view(DbField& field, ViewElements elements) {
     // Deliberately the sub-keyword: a normal list never takes its size from the specification.
     std::string view = "<select name=\"#~field_name~#\" size=" + element_or(elements, 1, "1") + " ";
-    return options(field, elements, std::move(view),
-                   given(elements, 3) ? split(elements[3], ',') : item_list(field));
+    std::vector<std::string> items;
+    if (given(elements, 3))
+        for (const std::string_view item : split(elements[3], ','))
+            items.emplace_back(item);
+    else
+        items = item_list(field);
+    return options(field, elements, std::move(view), std::move(items));
 }
 
 // Every row of the query as one entry; the last row's delimiter deliberately leaves an empty entry behind.
@@ -154,11 +149,12 @@ void require_by_attributes(DbField& field, ViewElements elements) {
 // One control an item of element 1; an item is "value~label" or a value that is its own label.
 std::string item_controls(DbField& field, ViewElements elements, std::string item_template) {
     std::vector<std::string> controls;
-    for (const std::string& item : split(element_or(elements, 1, ""), ',')) {
-        const std::vector<std::string> parts = split(item, '~');
-        const std::string value = parts.empty() ? std::string() : parts[0];
-        controls.push_back(replace_ignore_case(item_template, "#~field_value~#", value) +
-                           (parts.size() > 1 ? parts[1] : value));
+    const std::string list = element_or(elements, 1, "");
+    for (const std::string_view item : split(list, ',')) {
+        const std::vector<std::string_view> parts = split(item, '~');
+        const std::string_view value = parts.empty() ? std::string_view() : parts[0];
+        controls.push_back(replace_ignore_case(item_template, "#~field_value~#", value));
+        controls.back() += parts.size() > 1 ? parts[1] : value;
     }
     field.check_list = array_of(controls);
     take_default(field, elements, 2);
@@ -262,37 +258,23 @@ std::string upload_db_image_view(DbField& field, ViewElements elements) {
 
 // --- The table ---------------------------------------------------------------------------------------------
 
-// A renderer that reports its failures under the label "Class DbField - " and its name.
-template <std::size_t N>
-struct Label {
-    constexpr Label(const char (&text)[N]) { std::copy_n(text, N, name); }
-
-    char name[N];
-};
-
-template <auto Render, Label Name>
-std::string reported(DbField& field, ViewElements elements) {
-    return guard("Class DbField - " + std::string(Name.name), [&] { return Render(field, elements); });
-}
-
 constexpr auto kKinds = std::to_array<ViewKind>({
     // Text boxes deliberately record the kind of an ordinary text column.
-    {"TEXT", "NORMAL", "", reported<text_view, "GetText_View">},
-    {"MEMO", "NORMAL", "", reported<memo_view, "GetMemo_View">},
-    {"SELECT", "SELECT", "LOOKUP", reported<select_lookup_view, "GetSelectLookup_View">},
-    {"SELECT", "SELECT", "NORMAL", reported<select_normal_view, "GetSelectNormal_View">},
-    {"DATE", "DATE", "", reported<date_view, "GetDate_View">},
-    {"CHECKBOX", "CHECKBOX", "", reported<checkbox_view, "GetCheckBox_View">},
-    {"CHECKBOX_LIST", "CHECKBOX_LIST", "", reported<checkbox_list_view, "GetCheckBox List_View">},
-    {"GETCHECKBOX_FROMFIELD", "GETCHECKBOX_FROMFIELD", "",
-     reported<checkbox_from_field_view, "GetCheckBox From Field">},
-    {"GETCHOICE_FROMFIELD", "GETCHOICE_FROMFIELD", "",
-     reported<choice_from_field_view, "GetChoice From Field">},
-    {"CHOICE", "CHOICE", "", reported<choice_view, "GetChoice_View">},
-    {"UPLOAD", "UPLOAD", "", reported<upload_view, "GetUpload_View">},
-    {"UPLOADDB", "UPLOADDB", "", reported<upload_db_view, "GetUpload DB View">},
-    {"UPLOADDBIMAGE", "UPLOADDBIMAGE", "", reported<upload_db_image_view, "GetUpload DB Image View">},
-    {"UPLOADIMAGE", "UPLOADIMAGE", "", reported<upload_image_view, "GetUpload Image View">},
+    {"TEXT", "NORMAL", "", text_view, "GetText_View"},
+    {"MEMO", "NORMAL", "", memo_view, "GetMemo_View"},
+    {"SELECT", "SELECT", "LOOKUP", select_lookup_view, "GetSelectLookup_View"},
+    {"SELECT", "SELECT", "NORMAL", select_normal_view, "GetSelectNormal_View"},
+    {"DATE", "DATE", "", date_view, "GetDate_View"},
+    {"CHECKBOX", "CHECKBOX", "", checkbox_view, "GetCheckBox_View"},
+    {"CHECKBOX_LIST", "CHECKBOX_LIST", "", checkbox_list_view, "GetCheckBox List_View"},
+    {"GETCHECKBOX_FROMFIELD", "GETCHECKBOX_FROMFIELD", "", checkbox_from_field_view,
+     "GetCheckBox From Field"},
+    {"GETCHOICE_FROMFIELD", "GETCHOICE_FROMFIELD", "", choice_from_field_view, "GetChoice From Field"},
+    {"CHOICE", "CHOICE", "", choice_view, "GetChoice_View"},
+    {"UPLOAD", "UPLOAD", "", upload_view, "GetUpload_View"},
+    {"UPLOADDB", "UPLOADDB", "", upload_db_view, "GetUpload DB View"},
+    {"UPLOADDBIMAGE", "UPLOADDBIMAGE", "", upload_db_image_view, "GetUpload DB Image View"},
+    {"UPLOADIMAGE", "UPLOADIMAGE", "", upload_image_view, "GetUpload Image View"},
 });
 
 } // namespace

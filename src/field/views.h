@@ -14,7 +14,7 @@ using ViewElements = std::span<const std::string>;
 
 // Renders one kind of control with its placeholders (#~field_name~#, #~field_value~#, #~checked~#,
 // #~grid_name~#) still in it. May set the field's Default_value, Required, ItemList, CheckList and
-// UploadDBCaption. A failure is reported under the renderer's own label and gives an empty view.
+// UploadDBCaption. A failure is raised.
 using ViewRenderer = std::string (*)(DbField& field, ViewElements elements);
 
 struct ViewKind {
@@ -22,6 +22,7 @@ struct ViewKind {
     std::string_view kind;        // what the mode's view type records
     std::string_view sub_keyword; // element 1 in capitals, where it decides; else ""
     ViewRenderer render;
+    std::string_view label; // under which its failures are reported, after "Class DbField - "
 };
 
 // nullptr for a keyword that is not known. SELECT is told apart by element 1 (LOOKUP or NORMAL in any case);

@@ -12,8 +12,12 @@
 #include "grid/edit_toggle.h"
 #include "grid/layout.h"
 #include "grid/paging.h"
+#include "grid/plain_template.h"
 #include "grid/row_template.h"
 #include "template/buttons.h"
+#include "template/split.h"
+
+#include <optional>
 
 namespace tabrixdb {
 
@@ -56,6 +60,8 @@ private:
     void switch_grid_mode();
     void store();
 
+    std::string read_row_template();
+    void join_templates(TemplateParts parts);
     void render_header();
     void render_rows();
     void finish_row(std::string& text, std::int16_t row);
@@ -63,18 +69,20 @@ private:
     void render_footer();
     void render_validation();
 
-    bool is_empty() { return records().eof() && records().bof(); }
-
     platform::Recordset& records() { return source_->records(); }
 
-    ButtonContext buttons() {
-        return {pro_, command_, state_, records(), grid_.from_grid ? &state_ : nullptr};
+    ButtonContext buttons() { return {pro_, command_, state_, records(), offset_grid()}; }
+
+    // A fed grid's counters show the record that is selected in it, or without GridMode in the grid that
+    // feeds it.
+    const GridState* offset_grid() const {
+        return !grid_.from_grid ? nullptr : grid_.grid_mode ? &state_ : &*source_state_;
     }
 
     Pro& pro_;
     GridRequest& grid_;
     GridState state_;
-    std::string source_grid_; // the grid that feeds this one, when from_grid
+    std::optional<GridState> source_state_; // of the grid that feeds this one, when from_grid
     GridCommand command_;
     Ref<DbSource> source_;
     GridLayout layout_;
@@ -96,9 +104,9 @@ void GridRenderer::toggle_edit_form() {
 void GridRenderer::find_source_grid() {
     if (!grid_.from_grid)
         return;
-    source_grid_ = grid_.source_id;
-    grid_.source_id = pro_.grids->get<DbGrid>(source_grid_)->source;
-    state_.set("_command_target", source_grid_);
+    source_state_.emplace(session(), grid_.source_id);
+    grid_.source_id = pro_.grids->get<DbGrid>(grid_.source_id)->source;
+    state_.set("_command_target", source_state_->grid());
 }
 
 // A grid that this one feeds was switched back to the list: this one shows the page of the record that was
@@ -112,11 +120,11 @@ void GridRenderer::carry_selection() {
         const GridState other(session(), name.substr(0, name.size() - kCommand.size()));
         if (!equal_ignore_case(other.text("_command_target"), grid_.grid_id))
             continue;
-        const std::int16_t row = to_integer(Variant(other.number("_Offset") + 1));
+        const std::int16_t row = to_short(std::int64_t{other.number("_Offset")} + 1);
         const std::int32_t size = state_.blank("_PageSize") ? grid_.rows : state_.number("_PageSize");
         if (size == 0)
             throw Error(11);
-        state_.set("_CurrentPage", row / size + (row % size != 0 ? 1 : 0));
+        state_.set("_CurrentPage", to_short(std::int64_t{row} / size + (row % size != 0 ? 1 : 0)));
         state_.set("_Offset", std::int16_t{0});
         break;
     }
@@ -131,8 +139,10 @@ void GridRenderer::read_grid_command() {
 void GridRenderer::find_source() {
     source_ = pro_.sources->get<DbSource>(grid_.source_id);
     const auto& columns = records().columns();
-    for (std::size_t i = 0; i < columns.size(); ++i)
-        columns_.push_back({ColumnTag(columns[i].name), ColumnContent(*source_, i)});
+    guard("ParseContent", [&] {
+        for (std::size_t i = 0; i < columns.size(); ++i)
+            columns_.push_back({ColumnTag(columns[i].name), ColumnContent(*source_, i)});
+    });
 }
 
 void GridRenderer::sort_and_filter() {
@@ -153,40 +163,60 @@ void GridRenderer::sort_and_filter() {
 void GridRenderer::read_templates() {
     pro_.trace("Reading Grid Template");
     pro_.trace("Template = " + grid_.row_template);
-    const auto read = [&](std::string path) {
-        return path.empty() ? path : pro_.read_template(path, true, false);
-    };
-    const bool plain = grid_.row_template.empty();
-    const std::string text = plain ? plain_template(records()) : read(grid_.row_template);
-    pro_.trace("Grid Template Loaded");
+    const std::string text = read_row_template();
     if (page_ended())
         return;
-    if (plain)
-        pro_.single_grid_template = true;
-    // With a single template the other two are the edit and the add form.
-    const bool separate =
-        !pro_.single_grid_template && (!grid_.header_template.empty() || !grid_.footer_template.empty());
+    pro_.trace("Grid Template Loaded");
     pro_.trace("Caling Split HeaderFooter");
-    guard("Split Header Footer", [&] {
-        layout_ = separate ? layout_of_parts(text, read(grid_.header_template), read(grid_.footer_template),
-                                             pro_.combine_grid_templates)
-                           : layout_of_template(text, pro_.combine_grid_templates);
-    });
+    TemplateParts parts = guard("Split Header Footer", [&] { return split_template(text); });
+    if (page_ended())
+        return;
     pro_.trace("Split HeaderFooter Called");
-    pro_.trace("Passed Getting Templates ");
+    // With a single template the other two are the edit and the add form.
+    if (pro_.single_grid_template || (grid_.header_template.empty() && grid_.footer_template.empty()))
+        layout_ = layout_of_template(std::move(parts), pro_.combine_grid_templates);
+    else
+        join_templates(std::move(parts));
+    if (!page_ended())
+        pro_.trace("Passed Getting Templates ");
+}
+
+// Without a template the built-in one, which counts as a single template for the rest of the call.
+std::string GridRenderer::read_row_template() {
+    if (!grid_.row_template.empty())
+        return pro_.read_template(grid_.row_template, true, false);
+    pro_.trace("Read Template Called");
+    pro_.single_grid_template = true;
+    return plain_template(records());
+}
+
+void GridRenderer::join_templates(TemplateParts parts) {
+    const auto read = [&](std::string path) {
+        return path.empty() || page_ended() ? std::string() : pro_.read_template(path, true, false);
+    };
+    std::string header = read(grid_.header_template);
+    std::string footer = read(grid_.footer_template);
+    if (page_ended())
+        return;
+    layout_ = guard("GetTableTag", [&] {
+        return layout_of_parts(std::move(parts), std::move(header), std::move(footer),
+                               pro_.combine_grid_templates);
+    });
 }
 
 void GridRenderer::page() {
     if (grid_.from_grid) {
-        process_page_logic_for_form(pro_, command_, source_grid_, records(), grid_.grid_mode, grid_.grid_id);
+        process_page_logic_for_form(pro_, command_, source_state_->grid(), records(), grid_.grid_mode,
+                                    grid_.grid_id);
         rows_ = grid_.rows;
     } else {
         process_page_logic(command_, state_, records(), grid_.rows, grid_.increment);
         if (page_ended())
             return;
+        // ROW deliberately bounds only the first display: afterwards the page size has what the user chose.
         rows_ = to_integer(state_.value("_PageSize"));
         // Positioned before the header is made, so that its counters speak of the page that is shown.
-        if (!is_empty())
+        if (!records().is_empty())
             records().set_absolute_page(state_.number("_CurrentPage"));
     }
     if (rows_ + kFrameParts > INT16_MAX)
@@ -238,7 +268,7 @@ void GridRenderer::render_rows() {
 // What a row gets after its columns.
 void GridRenderer::finish_row(std::string& text, std::int16_t row) {
     if (grid_.from_grid && grid_.grid_mode)
-        text = replace_ignore_case(text, "#~record_pointer_" + std::to_string(row) + "~#", "#");
+        drop_record_pointer(text);
     else
         fill_record_pointer(text, row);
     parse_row_buttons(text, buttons(), row);
@@ -251,7 +281,7 @@ void GridRenderer::require_inputs(const RowTemplate& row_template, std::int16_t 
     for (std::size_t i = 0; i < columns_.size(); ++i) {
         const DbField& field = columns_[i].content.field();
         if (field.required != 0 && row_template.shows(i))
-            validation_ += "document." + grid_.grid_id + "." + posted_name(field.name, row) +
+            validation_ += "document." + grid_.grid_id + "." + posted_name(records().columns()[i].name, row) +
                            ".required=" + std::to_string(field.required) + ";\r\n";
     }
 }
@@ -273,7 +303,7 @@ void GridRenderer::switch_grid_mode() {
     constexpr std::string_view kGridMode = "_gridmode";
     if (state_.blank(kGridMode))
         state_.set(kGridMode, true);
-    const std::string acted = request().value(source_grid_ + "_command");
+    const std::string acted = request().value(source_state_->grid() + "_command");
     if (acted == "form_mode" || acted == "grid_offset")
         state_.set(kGridMode, false);
     if (command_.word == "grid_mode")
@@ -301,9 +331,15 @@ void GridRenderer::store() {
 } // namespace
 
 void create_grid(Pro& pro, GridRequest grid) {
-    const bool single = pro.single_grid_template;
+    // The built-in template sets it for its own grid only.
+    struct Restore {
+        bool& setting;
+        const bool value = setting;
+
+        ~Restore() { setting = value; }
+    } restore{pro.single_grid_template};
+
     GridRenderer(pro, grid).run();
-    pro.single_grid_template = single; // the built-in template sets it for its own grid only
 }
 
 } // namespace tabrixdb

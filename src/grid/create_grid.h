@@ -12,9 +12,9 @@ namespace tabrixdb {
 struct GridRequest {
     const std::string& grid_id;
     std::string& source_id;
-    std::string row_template; // physical paths; "": the built-in template
-    std::string header_template;
-    std::string footer_template;
+    std::string& row_template; // physical paths; "": the built-in template; the edit toggle may replace it
+    const std::string& header_template;
+    const std::string& footer_template;
     std::int16_t rows = 10;     // page size at first display
     std::int16_t increment = 5; // step of "row+" and "row-"
     bool from_grid = false;

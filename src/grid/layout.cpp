@@ -1,11 +1,10 @@
 #include "grid/layout.h"
 
-#include "template/split.h"
+#include <utility>
 
 namespace tabrixdb {
 
-GridLayout layout_of_template(std::string_view text, bool combine) {
-    TemplateParts parts = split_template(text);
+GridLayout layout_of_template(TemplateParts parts, bool combine) {
     GridLayout layout{.opening = {},
                       .header = std::move(parts.header),
                       .row = std::move(parts.row),
@@ -26,8 +25,8 @@ GridLayout layout_of_template(std::string_view text, bool combine) {
     return layout;
 }
 
-GridLayout layout_of_parts(std::string_view text, std::string header, std::string footer, bool combine) {
-    GridLayout layout = layout_of_template(text, false);
+GridLayout layout_of_parts(TemplateParts parts, std::string header, std::string footer, bool combine) {
+    GridLayout layout = layout_of_template(std::move(parts), false);
     layout.closing = "</form>";
     if (!header.empty())
         layout.header = std::move(header);

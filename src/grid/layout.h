@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/pro.h"
+#include "template/split.h"
 
 #include <string>
 
@@ -18,10 +18,11 @@ struct GridLayout {
 };
 
 // The layout of one template file with markers (or of the built-in template's text).
-GridLayout layout_of_template(std::string_view text, bool combine);
+GridLayout layout_of_template(TemplateParts parts, bool combine);
 
 // The layout of a row template with separate header and footer templates; either may be "". With `combine`
 // the table around each is taken away and one of them, the header's if it has one, stands around the whole.
-GridLayout layout_of_parts(std::string_view text, std::string header, std::string footer, bool combine);
+// Error 6 for a table tag beyond the 16-bit positions.
+GridLayout layout_of_parts(TemplateParts parts, std::string header, std::string footer, bool combine);
 
 } // namespace tabrixdb

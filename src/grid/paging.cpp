@@ -12,23 +12,13 @@ constexpr std::string_view kPage = "_CurrentPage";
 constexpr std::string_view kPageSize = "_PageSize";
 constexpr std::string_view kOffset = "_Offset";
 
-std::int16_t short_of(std::int64_t value) {
-    if (value < INT16_MIN || value > INT16_MAX)
-        throw Error(kErrorOverflow);
-    return static_cast<std::int16_t>(value);
-}
-
-bool is_empty(platform::Recordset& records) {
-    return records.eof() && records.bof();
-}
-
 // "row+" and "row-": a step that would reach 0 or less is deliberately ignored whole, not clamped.
 void resize_page(const GridCommand& command, GridState& state, std::int16_t increment) {
     const std::int32_t size = state.number(kPageSize);
     if (command.word == "row+")
-        state.set(kPageSize, short_of(std::int64_t{size} + increment));
+        state.set(kPageSize, to_short(std::int64_t{size} + increment));
     if (command.word == "row-" && size - increment > 0)
-        state.set(kPageSize, short_of(std::int64_t{size} - increment));
+        state.set(kPageSize, to_short(std::int64_t{size} - increment));
 }
 
 // The page after the command; every test stands by itself, as commands are single words.
@@ -78,7 +68,7 @@ bool follow_or_move(const GridCommand& command, GridState& source, GridState& st
     move_selection(command, state, records);
     if (state.blank(kOffset))
         state.set(kOffset, std::int16_t{0});
-    if (!is_empty(records)) {
+    if (!records.is_empty()) {
         records.move_first();
         records.move(state.number(kOffset));
     }
@@ -103,12 +93,12 @@ void process_page_logic(const GridCommand& command, GridState state, platform::R
             state.set(kPageSize, rows);
         resize_page(command, state, increment);
         records.set_page_size(state.number(kPageSize));
-        const std::int16_t pages = short_of(records.page_count());
+        const std::int16_t pages = to_short(records.page_count());
         std::int32_t page = state.number(kPage);
         if (page > pages)
-            state.set(kPage, short_of(page = pages));
+            state.set(kPage, to_short(page = pages));
         if (const std::int32_t turned = turn_page(command.word, page, pages); turned != page)
-            state.set(kPage, short_of(turned));
+            state.set(kPage, to_short(turned));
         if (turns_or_resizes(command.word))
             state.set(kOffset, std::int16_t{0});
     });
@@ -116,7 +106,7 @@ void process_page_logic(const GridCommand& command, GridState state, platform::R
 
 void process_offset_logic(const GridCommand& command, GridState state, platform::Recordset& records) {
     guard("Process Offset Logic", [&] {
-        if (is_empty(records))
+        if (records.is_empty())
             return;
         records.set_absolute_page(state.number(kPage));
         if (state.blank(kOffset))

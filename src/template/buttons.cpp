@@ -5,9 +5,10 @@
 #include "automation/text.h"
 #include "data/db_source.h"
 #include "engine/report.h"
-#include "template/column_tag.h"
 #include "template/positions.h"
 #include "template/split.h"
+
+#include <algorithm>
 
 namespace tabrixdb {
 
@@ -19,7 +20,7 @@ void fill_tag(std::string& text, std::string_view tag, std::string_view with) {
 }
 
 void remove_link(std::string& text, std::string_view start) {
-    replace_span(text, start, "</a>", "");
+    guard("Get Tag", [&] { replace_span(text, start, "</a>", ""); });
 }
 
 // --- Header and footer -------------------------------------------------------------------------------
@@ -40,7 +41,7 @@ void fill_button_tags(std::string& text, const ButtonContext& context) {
 void remove_edit_buttons(std::string& text, const ButtonContext& context) {
     const auto remove = [&](std::string_view action) {
         remove_link(text, "<a href=\"javascript:edit_source('" + context.state.grid() + "','" +
-                              std::string(action) + "')\"");
+                              std::string(action) + "')");
     };
     const bool edits_source = context.command.word == "edit_source";
     if (edits_source && context.command.part(1) == "edit") {
@@ -58,7 +59,7 @@ struct Counters {
 
 Counters counters_of(const ButtonContext& context) {
     platform::Recordset& records = context.records;
-    if (records.eof() && records.bof())
+    if (records.is_empty())
         return {};
     const std::int32_t count = records.record_count();
     if (context.offset_grid) {
@@ -120,13 +121,24 @@ std::string caption_of(const ButtonContext& context, const platform::Column& col
 
 // Row calls carry the row's zero-based place on the page.
 std::string row_index(std::int16_t row) {
-    if (row == INT16_MIN)
-        throw Error(kErrorOverflow);
     return std::to_string(row - 1);
 }
 
 std::string edit_call(const std::string& index, const std::string& grid, std::string_view action) {
     return "javascript:edit_grid(" + index + ", '" + grid + "','" + std::string(action) + "')";
+}
+
+template <class Address>
+void replace_record_pointer(std::string& text, Address address) {
+    guard("Get Grid Record Pointer", [&] {
+        constexpr std::string_view kStart = "#~record_pointer_";
+        const std::size_t start = find_short(text, kStart);
+        const std::size_t end = start == kNotFound ? kNotFound : find_short(text, "~#", start);
+        if (end == kNotFound)
+            return;
+        const std::string target = text.substr(start + kStart.size(), end - start - kStart.size());
+        fill_tag(text, std::string(kStart) + target + "~#", address(target));
+    });
 }
 
 } // namespace
@@ -137,18 +149,17 @@ void parse_header_footer_buttons(std::string& text, const ButtonContext& context
         remove_edit_buttons(text, context);
         fill_counters(text, context);
         // An empty grid deliberately keeps the toggle's tag.
-        if (!(context.records.eof() && context.records.bof()))
+        if (!context.records.is_empty())
             fill_toggle(text, context.state);
     });
 }
 
 void form_grid_header(std::string& header, const ButtonContext& context, const DbSource& source) {
     guard("FormGridHeader", [&] {
-        const auto& columns = context.records.columns();
-        for (std::size_t i = 0; i < columns.size(); ++i) {
-            const ColumnTag tag(columns[i].name);
-            if (tag.occurs_in(header))
-                tag.replace_in(header, caption_of(context, columns[i], source.field_at(i)));
+        for (const platform::Column& column : context.records.columns()) {
+            const std::string tag = "#~" + column.name + "~#";
+            if (contains_ignore_case(header, tag))
+                fill_tag(header, tag, caption_of(context, column, source.field_of(column.name)));
         }
         parse_header_footer_buttons(header, context);
     });
@@ -170,16 +181,13 @@ void parse_row_buttons(std::string& text, const ButtonContext& context, std::int
 }
 
 void fill_record_pointer(std::string& text, std::int16_t row) {
-    guard("Get Grid Record Pointer", [&] {
-        constexpr std::string_view kStart = "#~record_pointer_";
-        const std::size_t start = find_short(text, kStart);
-        const std::size_t end = start == kNotFound ? kNotFound : find_short(text, "~#", start);
-        if (end == kNotFound)
-            return;
-        const std::string target = text.substr(start + kStart.size(), end - start - kStart.size());
-        fill_tag(text, std::string(kStart) + target + "~#",
-                 "javascript:grid_pageoffset(" + row_index(row) + ", '" + target + "' )");
+    replace_record_pointer(text, [&](const std::string& target) {
+        return "javascript:grid_pageoffset(" + row_index(row) + ", '" + target + "' )";
     });
+}
+
+void drop_record_pointer(std::string& text) {
+    replace_record_pointer(text, [](const std::string&) { return "#"; });
 }
 
 } // namespace tabrixdb

@@ -9,6 +9,8 @@
 
 namespace tabrixdb {
 
+class DbSource;
+
 // What the buttons of one grid depend on. Borrowed for the time of a rendering.
 struct ButtonContext {
     Pro& pro;
@@ -25,12 +27,14 @@ void parse_header_footer_buttons(std::string& text, const ButtonContext& context
 
 // Replaces every column's tag in a header by its caption with sort and filter links, then the buttons as
 // above. `source`: whose DbFields hold the captions.
-void form_grid_header(std::string& header, const ButtonContext& context, const class DbSource& source);
+void form_grid_header(std::string& header, const ButtonContext& context, const DbSource& source);
 
 // Turns the button tags of one row into links. `row`: 1-based place on the page.
 void parse_row_buttons(std::string& text, const ButtonContext& context, std::int16_t row);
 
 // Fills the tag by which a row moves another grid to its record; only the first target of a row is filled.
 void fill_record_pointer(std::string& text, std::int16_t row);
+// The same tag in a grid whose rows move no other: it leads nowhere ("#").
+void drop_record_pointer(std::string& text);
 
 } // namespace tabrixdb

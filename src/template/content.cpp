@@ -16,7 +16,7 @@ bool is_long_binary(const platform::Column& column) {
 ColumnContent::ColumnContent(const DbSource& source, std::size_t column)
     : source_(source),
       column_(column),
-      field_(source.field_at(column)),
+      field_(source.field_of(source.records().columns()[column].name)),
       format_(field_.format),
       binary_(is_long_binary(source.records().columns()[column])) {}
 

@@ -10,7 +10,7 @@ namespace tabrixdb {
 // How one column of a source shows its value, prepared once for all records of a grid.
 class ColumnContent {
 public:
-    // Borrows the source for its own life. Error 9 for a column that has no DbField.
+    // Borrows the source for its own life. Error 5 for a column that has no DbField.
     ColumnContent(const DbSource& source, std::size_t column);
 
     const DbField& field() const noexcept { return field_; }

@@ -55,8 +55,7 @@ TemplateParts split_template(std::string_view text) {
     parts.footer = footer_of(text);
     parts.stripe = between(text, kStripeStart, kStripeEnd);
     parts.row = between(text, kContentStart, kContentEnd);
-    parts.has_content_markers = !parts.row.empty();
-    if (!parts.has_content_markers)
+    if (parts.row.empty())
         parts.row = text;
     return parts;
 }

@@ -11,7 +11,6 @@ struct TemplateParts {
     std::string row; // the whole template when it has no content markers
     std::string stripe;
     std::string footer;
-    bool has_content_markers = false;
 };
 
 // Cuts a grid template at its markers. Error 6 for a marker beyond the 16-bit positions, 5 when the last

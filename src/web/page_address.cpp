@@ -23,10 +23,7 @@ std::string query_include(platform::Request& request, platform::Server& server, 
     if (pairs.empty())
         return request.query_string();
     platform::Request::Pairs parameters = request.query_parameters();
-    for (std::size_t at = 0; at <= pairs.size();) {
-        const std::size_t end = std::min(pairs.find('&', at), pairs.size());
-        const std::string_view pair = pairs.substr(at, end - at);
-        at = end + 1;
+    for (const std::string_view pair : split(pairs, '&')) {
         const std::size_t equals = pair.find('=');
         const std::string_view name = pair.substr(0, equals);
         if (name.empty())

@@ -159,19 +159,21 @@ std::string joined(const GridLayout& layout) {
 TEST(Layout, PutsTemplatesTogether) {
     const std::string row = kStart + "<tr>r</tr>" + kEnd;
     const std::string one = "<table id=t><tr><td><table>x</table></td></tr>" + row + "<tr>f</tr></table>";
-    EXPECT_EQ(joined(layout_of_template(one, true)),
+    EXPECT_EQ(joined(layout_of_template(split_template(one), true)),
               "<table id=t>|<tr><td><table>x</table></td></tr>|" + row + "||<tr>f</tr></table>|</form>");
-    EXPECT_EQ(joined(layout_of_template("<table><tr>h</tr>" + row, true)),
+    EXPECT_EQ(joined(layout_of_template(split_template("<table><tr>h</tr>" + row), true)),
               "<table>|<tr>h</tr>|" + row + "|||</table></form>");
-    EXPECT_EQ(joined(layout_of_template("<p>#~a~#</p>", true)), "||<p>#~a~#</p>|||</form>");
+    EXPECT_EQ(joined(layout_of_template(split_template("<p>#~a~#</p>"), true)), "||<p>#~a~#</p>|||</form>");
     // Three files, each with a table of its own: the header's remains.
-    EXPECT_EQ(joined(layout_of_parts("<table><tr>r</tr></table>", "<table border=2><tr>h</tr></table>",
-                                     "<table><tr>f</tr></table>", true)),
-              "<table border=2>|<tr>h</tr>|<tr>r</tr>||<tr>f</tr>|</table></form>");
-    EXPECT_EQ(joined(layout_of_parts("<table><tr>r</tr></table>", "<h1>h</h1>", "", true)),
+    EXPECT_EQ(
+        joined(layout_of_parts(split_template("<table><tr>r</tr></table>"),
+                               "<table border=2><tr>h</tr></table>", "<table><tr>f</tr></table>", true)),
+        "<table border=2>|<tr>h</tr>|<tr>r</tr>||<tr>f</tr>|</table></form>");
+    EXPECT_EQ(joined(layout_of_parts(split_template("<table><tr>r</tr></table>"), "<h1>h</h1>", "", true)),
               "<table>|<h1>h</h1>|<tr>r</tr>|||</table></form>");
-    EXPECT_EQ(joined(layout_of_parts("<table><tr>r</tr></table>", "<table></table>", "f", false)),
-              "|<table></table>|<table><tr>r</tr></table>||f|</form>");
+    EXPECT_EQ(
+        joined(layout_of_parts(split_template("<table><tr>r</tr></table>"), "<table></table>", "f", false)),
+        "|<table></table>|<table><tr>r</tr></table>||f|</form>");
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-#include "grid/clean_up.h"
+#include "classes/clean_up.h"
 
 #include "data/db_source.h"
 #include "grid/db_grid.h"
