@@ -1,6 +1,7 @@
 #include "automation/array.h"
 
 #include "automation/error.h"
+#include "automation/interrupt.h"
 
 #include <algorithm>
 
@@ -38,15 +39,31 @@ Array::Array(std::vector<Variant> elements)
       elements_(std::move(elements)) {
     if (elements_.size() > kMaxElements)
         throw Error(7);
+    hold(elements_.size());
 }
 
 Array::Array(std::span<const std::int32_t> upper_bounds, bool fixed)
     : sizes_(sizes_of(upper_bounds)),
-      elements_(product(sizes_)),
-      fixed_(fixed) {}
+      fixed_(fixed) {
+    hold(product(sizes_));
+    elements_.resize(product(sizes_));
+}
+
+Array::~Array() {
+    Interrupt::let_go(held_ * sizeof(Variant));
+}
+
+void Array::hold(std::size_t elements) {
+    if (elements > held_ && !Interrupt::hold((elements - held_) * sizeof(Variant)))
+        throw Error(7);
+    if (elements < held_)
+        Interrupt::let_go((held_ - elements) * sizeof(Variant));
+    held_ = elements;
+}
 
 Ref<Array> Array::clone(const Array& source) {
     auto copy = make_ref<Array>();
+    copy->hold(source.elements_.size());
     copy->sizes_ = source.sizes_;
     copy->elements_ = source.elements_;
     copy->fixed_ = source.fixed_;
@@ -78,8 +95,10 @@ void Array::redimension(std::span<const std::int32_t> upper_bounds, bool preserv
     if (preserve && !sizes_.empty()) {
         if (sizes.size() != sizes_.size() || !std::equal(sizes.begin(), sizes.end() - 1, sizes_.begin()))
             throw Error(kErrorSubscript);
+        hold(product(sizes));
         elements_.resize(product(sizes)); // the last dimension varies slowest: what stays keeps its place
     } else {
+        hold(product(sizes));
         elements_ = std::vector<Variant>(product(sizes));
     }
     sizes_ = std::move(sizes);
@@ -90,7 +109,8 @@ void Array::erase() {
         std::ranges::fill(elements_, Variant());
     } else {
         sizes_.clear();
-        elements_.clear();
+        elements_ = {};
+        hold(0);
     }
 }
 

@@ -22,6 +22,7 @@ public:
     explicit Array(std::vector<Variant> elements);
     // By upper bounds, each >= -1 (Error 9). `fixed`: refuses redimension (Error 10).
     Array(std::span<const std::int32_t> upper_bounds, bool fixed);
+    ~Array() override;
 
     static Ref<Array> clone(const Array& source);
 
@@ -52,9 +53,12 @@ public:
 
 private:
     std::size_t offset(std::span<const std::int32_t> subscripts) const;
+    // Counts the memory of so many elements instead of what was counted before (see Interrupt); Error 7.
+    void hold(std::size_t elements);
 
     std::vector<std::int32_t> sizes_;
     std::vector<Variant> elements_;
+    std::size_t held_ = 0; // elements whose memory is counted
     bool fixed_ = false;
 };
 

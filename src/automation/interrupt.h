@@ -2,13 +2,17 @@
 
 #include <atomic>
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 
 namespace tabrixdb {
 
-// Why a page's script has to stop although it has not finished. Belongs to one run of one page; long
-// loops (the script machine at its back edges and calls, a database provider between steps) poll it. A stop
-// is not an error: no On Error Resume Next holds it up.
+// Bounds one run of one page, in time and in memory.
+//
+// Time: why the script has to stop although it has not finished. Long loops (the script machine at its back
+// edges and calls, a database provider between steps) poll it. A stop is not an error: no On Error Resume
+// Next holds it up. Memory: what texts and arrays made by the run hold is counted; past the limit making more
+// is an Error.
 class Interrupt {
 public:
     enum class Reason : std::uint8_t { None, Ended, TimedOut, ShutDown };
@@ -29,10 +33,13 @@ public:
 
     bool stopped() const noexcept { return reason() != Reason::None; }
 
-    // True when the run has to stop. One load and a count; the clock is read every kClockInterval polls.
+    // True when the run has to stop. One load and a count; the clock is read after every kClockInterval units
+    // of work, of which a poll is one.
     bool poll() noexcept {
-        if (++polls_ % kClockInterval == 0 && Clock::now() >= deadline_)
-            stop(Reason::TimedOut);
+        if (++work_ >= kClockInterval) {
+            work_ = 0;
+            return check();
+        }
         return stopped();
     }
 
@@ -41,6 +48,28 @@ public:
         if (Clock::now() >= deadline_)
             stop(Reason::TimedOut);
         return stopped();
+    }
+
+    // Texts and arrays of a run hold at most this many bytes.
+    static constexpr std::int64_t kMaxHeldBytes = std::int64_t{1} << 30;
+
+    // Memory is about to be held, or was let go, by the run of this thread, if there is one. hold() is false,
+    // and nothing is counted, when that would be too much. Filling memory is work, too.
+    static bool hold(std::size_t bytes) noexcept {
+        Interrupt* const run = current_;
+        if (!run)
+            return true;
+        const auto held = run->held_ + static_cast<std::int64_t>(bytes);
+        if (held > kMaxHeldBytes)
+            return false;
+        run->held_ = held;
+        run->work_ += 1 + static_cast<std::uint32_t>(bytes / kBytesPerUnit);
+        return true;
+    }
+
+    static void let_go(std::size_t bytes) noexcept {
+        if (Interrupt* const run = current_)
+            run->held_ -= static_cast<std::int64_t>(bytes);
     }
 
     // The interrupt of the page that this thread runs, or nullptr.
@@ -62,10 +91,13 @@ public:
 
 private:
     static constexpr std::uint32_t kClockInterval = 256;
+    static constexpr std::size_t kBytesPerUnit = 1024; // copied in about the time of a step of the script
     static inline thread_local Interrupt* current_ = nullptr;
 
     std::atomic<Reason> reason_{Reason::None};
-    std::uint32_t polls_ = 0;
+    std::uint32_t work_ = 0; // since the clock was read
+    std::int64_t held_ =
+        0; // less than nothing when the run lets go of what an earlier one left in the session
     Clock::time_point deadline_;
 };
 

@@ -1,6 +1,7 @@
 #include "automation/text.h"
 
 #include "automation/error.h"
+#include "automation/interrupt.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -12,11 +13,13 @@ namespace tabrixdb {
 // --- Text ------------------------------------------------------------------------------------------
 
 Text::Block* Text::allocate(std::size_t capacity) {
-    if (capacity > kMaxTextBytes)
+    if (capacity > kMaxTextBytes || !Interrupt::hold(sizeof(Block) + capacity))
         throw Error(14);
     void* memory = std::malloc(sizeof(Block) + capacity);
-    if (!memory)
+    if (!memory) {
+        Interrupt::let_go(sizeof(Block) + capacity);
         throw Error(14);
+    }
     Block* block = new (memory) Block;
     block->capacity = capacity;
     return block;
@@ -24,6 +27,7 @@ Text::Block* Text::allocate(std::size_t capacity) {
 
 void Text::drop() noexcept {
     if (block_->references.fetch_sub(1, std::memory_order_acq_rel) == 1) {
+        Interrupt::let_go(sizeof(Block) + block_->capacity);
         block_->~Block();
         std::free(block_);
     }
