@@ -43,6 +43,18 @@ bool is_client_there(int socket) {
     return poll(&wanted, 1, 0) == 0 || !(wanted.revents & (POLLRDHUP | POLLHUP | POLLERR));
 }
 
+// A body whose end two servers in a row could see at different places, so that one of them would take its
+// rest for a request of somebody else.
+bool has_doubtful_length(const asp::Headers& headers) {
+    int lengths = 0, codings = 0;
+    for (const asp::Header& header : headers) {
+        lengths += equal_ignore_case(header.name, "Content-Length");
+        if (equal_ignore_case(header.name, "Transfer-Encoding"))
+            codings += equal_ignore_case(header.value, "chunked") ? 1 : 2;
+    }
+    return lengths + codings > 1;
+}
+
 using ResponsePointer = std::unique_ptr<MHD_Response, decltype(&MHD_destroy_response)>;
 
 // The library takes the body over without copying it.
@@ -273,6 +285,8 @@ int HttpServer::State::refusal(const Exchange& exchange, MHD_Connection* connect
         MHD_get_connection_info(connection, MHD_CONNECTION_INFO_REQUEST_HEADER_SIZE);
     if (head && head->header_size > settings.header_bytes)
         return 431;
+    if (has_doubtful_length(request.headers))
+        return 400;
     if (exchange.target == "*" && request.method == "OPTIONS")
         return 204;
     if (exchange.route.kind == Route::Kind::Refused)

@@ -180,6 +180,20 @@ TEST_F(HttpServerTest, KeepsItsLimits) {
     EXPECT_EQ(status(get("/pic.gif", "X: " + std::string(6000, 'x') + "\r\n")), 431);
 }
 
+TEST_F(HttpServerTest, RefusesBodiesOfDoubtfulLength) {
+    start();
+    for (const char* lengths :
+         {"Content-Length: 5\r\nTransfer-Encoding: chunked\r\n", "Content-Length: 5\r\nContent-Length: 3\r\n",
+          "Content-Length: x\r\n", "Transfer-Encoding: gzip, chunked\r\n",
+          "Transfer-Encoding: chunked\r\nTransfer-Encoding: identity\r\n"}) {
+        Client client(server->port());
+        client.send(std::string("POST /echo.asp HTTP/1.1\r\nHost: shop\r\n") + lengths +
+                    "\r\n0\r\n\r\nGET /pic.gif HTTP/1.1\r\nHost: shop\r\n\r\n");
+        EXPECT_EQ(client.read().status, 400) << lengths;
+        EXPECT_EQ(client.read().status, 0) << lengths; // what follows is no request
+    }
+}
+
 TEST_F(HttpServerTest, StopsAnEndlessPageAndGoesOn) {
     settings.pages.script_seconds = 1;
     Client client(start());
