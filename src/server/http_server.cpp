@@ -32,6 +32,8 @@ namespace {
 constexpr std::size_t kMaxBodies = std::size_t{256} * 1024 * 1024;
 // Room for the answer's head in the memory of a connection, beside the request's.
 constexpr std::size_t kAnswerHeadBytes = std::size_t{32} * 1024;
+// What the library takes of that memory for each field of a query, with something to spare.
+constexpr std::size_t kBytesPerQueryField = 96;
 // How long the last answers may take to be sent once the server stops.
 constexpr std::chrono::seconds kSendSeconds{2};
 
@@ -85,16 +87,23 @@ public:
     Listener listener;
 
 private:
-    // One request, from its first line to the end of its answer.
+    // A connection, from its start to its end.
+    struct Client {
+        Deadlines::Connection* deadline;
+        std::string target; // of the request that is arriving, as the client wrote it
+    };
+
+    // One request, from its head to the end of its answer.
     struct Exchange {
-        Exchange(State& server_state, const char* uri) : server(server_state), target(uri) {}
+        Exchange(State& server_state, std::string request_target)
+            : server(server_state),
+              target(std::move(request_target)) {}
 
         ~Exchange() { server.body_bytes_ -= body_bytes; }
 
         State& server;
         std::string target; // as the client wrote it
-        bool begun = false;
-        int refused = 0; // the status that says why it is; 0: it is not
+        int refused = 0;    // the status that says why it is; 0: it is not
         std::size_t body_bytes = 0;
         Route route;
         asp::HttpRequest request;
@@ -110,7 +119,9 @@ private:
     static void on_connection(void* state, MHD_Connection* connection, void** context,
                               MHD_ConnectionNotificationCode code);
 
-    Deadlines::Connection* deadline_of(MHD_Connection* connection) const;
+    static Client& client_of(MHD_Connection* connection);
+    Exchange* new_exchange(Client& client);
+    bool has_room_for_fields(std::string_view target) const;
     static int socket_of(MHD_Connection* connection);
 
     MHD_Result begin(Exchange& exchange, MHD_Connection* connection, const char* method, const char* version);
@@ -194,34 +205,56 @@ int HttpServer::State::socket_of(MHD_Connection* connection) {
     return MHD_get_connection_info(connection, MHD_CONNECTION_INFO_CONNECTION_FD)->connect_fd;
 }
 
-Deadlines::Connection* HttpServer::State::deadline_of(MHD_Connection* connection) const {
-    return static_cast<Deadlines::Connection*>(
+HttpServer::State::Client& HttpServer::State::client_of(MHD_Connection* connection) {
+    return *static_cast<Client*>(
         MHD_get_connection_info(connection, MHD_CONNECTION_INFO_SOCKET_CONTEXT)->socket_context);
 }
 
 void HttpServer::State::on_connection(void* state, MHD_Connection* connection, void** context,
                                       MHD_ConnectionNotificationCode code) {
     Deadlines& deadlines = static_cast<State*>(state)->deadlines_;
-    if (code == MHD_CONNECTION_NOTIFY_STARTED)
-        *context = deadlines.add(socket_of(connection));
-    else
-        deadlines.remove(static_cast<Deadlines::Connection*>(*context));
+    if (code == MHD_CONNECTION_NOTIFY_STARTED) {
+        *context = new Client{deadlines.add(socket_of(connection)), {}};
+    } else {
+        const std::unique_ptr<Client> client(static_cast<Client*>(*context));
+        deadlines.remove(client->deadline);
+    }
 }
 
+// The library calls this before it has read the request, and goes no further when its memory for the
+// connection is too small for a record of each field: such a request is answered here, and by hand.
 void* HttpServer::State::on_target(void* state, const char* uri, MHD_Connection* connection) {
-    State& self = *static_cast<State*>(state);
-    self.deadlines_.begin_request(self.deadline_of(connection));
-    const std::lock_guard lock(self.mutex_);
-    ++self.exchanges_;
-    return new Exchange(self, uri);
+    Client& client = client_of(connection);
+    static_cast<State*>(state)->deadlines_.begin_request(client.deadline);
+    client.target = uri;
+    if (!static_cast<State*>(state)->has_room_for_fields(client.target)) {
+        constexpr std::string_view kAnswer =
+            "HTTP/1.1 414 URI Too Long\r\nContent-Length: 0\r\nConnection: close\r\n\r\n";
+        const int socket = socket_of(connection);
+        ::send(socket, kAnswer.data(), kAnswer.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
+        shutdown(socket, SHUT_RDWR);
+    }
+    return nullptr;
+}
+
+bool HttpServer::State::has_room_for_fields(std::string_view target) const {
+    const auto fields = static_cast<std::size_t>(std::ranges::count(target, '&'));
+    return fields <= (settings.header_bytes + kAnswerHeadBytes) / kBytesPerQueryField;
+}
+
+HttpServer::State::Exchange* HttpServer::State::new_exchange(Client& client) {
+    const std::lock_guard lock(mutex_);
+    ++exchanges_;
+    return new Exchange(*this, std::move(client.target));
 }
 
 void HttpServer::State::on_completed(void* state, MHD_Connection* connection, void** exchange,
                                      MHD_RequestTerminationCode) {
     State& self = *static_cast<State*>(state);
-    self.deadlines_.await_next(self.deadline_of(connection));
-    delete static_cast<Exchange*>(*exchange);
-    *exchange = nullptr;
+    self.deadlines_.await_next(client_of(connection).deadline);
+    if (!*exchange)
+        return;
+    delete static_cast<Exchange*>(std::exchange(*exchange, nullptr));
     const std::lock_guard lock(self.mutex_);
     --self.exchanges_;
     self.changed_.notify_all();
@@ -233,9 +266,11 @@ MHD_Result HttpServer::State::on_request(void* state, MHD_Connection* connection
                                          const char* method, const char* version, const char* data,
                                          std::size_t* size, void** context) {
     State& self = *static_cast<State*>(state);
+    if (!*context) {
+        *context = self.new_exchange(client_of(connection));
+        return self.begin(*static_cast<Exchange*>(*context), connection, method, version);
+    }
     Exchange& exchange = *static_cast<Exchange*>(*context);
-    if (!exchange.begun)
-        return self.begin(exchange, connection, method, version);
     if (*size > 0) {
         self.take_body(exchange, data, *size);
         *size = 0;
@@ -243,7 +278,7 @@ MHD_Result HttpServer::State::on_request(void* state, MHD_Connection* connection
     }
     if (exchange.answer)
         return send(connection, std::move(*exchange.answer));
-    self.deadlines_.end_request(self.deadline_of(connection));
+    self.deadlines_.end_request(client_of(connection).deadline);
     return self.answer(exchange, connection);
 }
 
@@ -251,7 +286,6 @@ MHD_Result HttpServer::State::on_request(void* state, MHD_Connection* connection
 
 MHD_Result HttpServer::State::begin(Exchange& exchange, MHD_Connection* connection, const char* method,
                                     const char* version) {
-    exchange.begun = true;
     asp::HttpRequest& request = exchange.request;
     request.method = method;
     request.protocol = version;
