@@ -221,19 +221,16 @@ void HttpServer::State::on_connection(void* state, MHD_Connection* connection, v
     }
 }
 
-// The library calls this before it has read the request, and goes no further when its memory for the
-// connection is too small for a record of each field: such a request is answered here, and by hand.
+// The library calls this before it takes the query apart, into a record of each field in its memory for the
+// connection; when that is too small for them all, it neither goes on nor answers. So a query with too many
+// loses its separators first, in the library's own buffer, and is refused like any other request.
 void* HttpServer::State::on_target(void* state, const char* uri, MHD_Connection* connection) {
+    State& self = *static_cast<State*>(state);
     Client& client = client_of(connection);
-    static_cast<State*>(state)->deadlines_.begin_request(client.deadline);
+    self.deadlines_.begin_request(client.deadline);
     client.target = uri;
-    if (!static_cast<State*>(state)->has_room_for_fields(client.target)) {
-        constexpr std::string_view kAnswer =
-            "HTTP/1.1 414 URI Too Long\r\nContent-Length: 0\r\nConnection: close\r\n\r\n";
-        const int socket = socket_of(connection);
-        ::send(socket, kAnswer.data(), kAnswer.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
-        shutdown(socket, SHUT_RDWR);
-    }
+    if (!self.has_room_for_fields(client.target))
+        std::replace(const_cast<char*>(uri), const_cast<char*>(uri) + client.target.size(), '&', '+');
     return nullptr;
 }
 
@@ -319,6 +316,8 @@ int HttpServer::State::refusal(const Exchange& exchange, MHD_Connection* connect
         MHD_get_connection_info(connection, MHD_CONNECTION_INFO_REQUEST_HEADER_SIZE);
     if (head && head->header_size > settings.header_bytes)
         return 431;
+    if (!has_room_for_fields(exchange.target))
+        return 414;
     if (has_doubtful_length(request.headers))
         return 400;
     if (exchange.target == "*" && request.method == "OPTIONS")

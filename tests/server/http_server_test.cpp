@@ -178,6 +178,8 @@ TEST_F(HttpServerTest, KeepsItsLimits) {
     EXPECT_EQ(status(chunked + "0\r\n\r\n"), 413);
     EXPECT_EQ(status(get("/pic.gif", "X: " + std::string(3000, 'x') + "\r\n")), 200);
     EXPECT_EQ(status(get("/pic.gif", "X: " + std::string(6000, 'x') + "\r\n")), 431);
+    EXPECT_EQ(status(get("/pic.gif?" + std::string(380, '&'))), 200);
+    EXPECT_EQ(status(get("/pic.gif?" + std::string(3000, '&'))), 414);
 }
 
 TEST_F(HttpServerTest, RefusesBodiesOfDoubtfulLength) {
