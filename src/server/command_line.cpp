@@ -5,6 +5,7 @@
 #include "server/http_server.h"
 #include "server/settings.h"
 
+#include <algorithm>
 #include <charconv>
 #include <csignal>
 #include <ctime>
@@ -18,6 +19,15 @@
 namespace tabrixdb::server {
 
 namespace {
+
+// A message can repeat what a client sent: without its control characters it can't pass for several lines,
+// and can't speak to the terminal.
+std::string one_line(std::string_view message) {
+    std::string line(message);
+    std::ranges::replace_if(
+        line, [](unsigned char c) { return c < ' ' || c == 0x7F; }, ' ');
+    return line;
+}
 
 namespace fs = std::filesystem;
 
@@ -156,7 +166,7 @@ int serve(const ServeOptions& options, std::ostream& out, std::ostream& err) {
     std::mutex log_mutex;
     const auto log = [&](std::string_view line) {
         const std::lock_guard lock(log_mutex);
-        err << time_now() << ' ' << line << std::endl;
+        err << time_now() << ' ' << one_line(line) << std::endl;
     };
     const StopSignals signals;
     asp::Site site(options.site, settings.pages, log);

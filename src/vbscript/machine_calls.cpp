@@ -162,10 +162,11 @@ Variant Machine::State::call_library(Frame& frame, const LibraryFunction& functi
 Variant Machine::State::create_object(Frame& frame, const Operand* list, std::size_t count) {
     if (count < 1 || count > 2) // a second one names another computer, which there is none of
         raise_named(kErrorArguments, "CreateObject");
+    const Text program_id = to_text(frame[list[0]]);
     try {
-        return Variant(environment_.create_object(to_text(frame[list[0]])));
+        return Variant(environment_.create_object(program_id));
     } catch (const Error& error) {
-        rethrow_named(error, "CreateObject");
+        rethrow_named(error, program_id);
     }
 }
 
