@@ -7,6 +7,7 @@
 #include "asp/code_page.h"
 #include "automation/locale.h"
 #include "scripting/script_control.h"
+#include "vbscript/library.h"
 
 #include <new>
 
@@ -48,6 +49,7 @@ HttpResponse Page::run() {
     const platform::HostScope host(*this);
     const Interrupt::Scope interrupt(interrupt_);
     const LocaleScope locale(*Locale::find(0U));
+    vbscript::reset_random();
     try {
         const std::shared_ptr<const CompiledPage> page = site_.pages.get(paths_.front());
         if (!page)

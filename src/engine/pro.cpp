@@ -20,9 +20,9 @@ GridCommand read_command(platform::Request& request, std::string_view grid) {
     return command;
 }
 
-void Pro::trace(std::string_view text) const {
+void Pro::trace(std::string_view text, std::string_view end) const {
     if (debug_mode)
-        response().write("<pre> " + std::string(text) + " </pre><br>");
+        response().write("<pre> " + std::string(text) + std::string(end) + "</pre><br>");
 }
 
 } // namespace tabrixdb

@@ -83,8 +83,9 @@ public:
     std::string query_include(std::string& pairs, bool encode);
     void clean_up();
 
-    // Writes "<pre> text </pre><br>" to the response when DebugMode is on.
-    void trace(std::string_view text) const;
+    // Writes "<pre> text </pre><br>" to the response when DebugMode is on. `end` is what stands behind the
+    // text.
+    void trace(std::string_view text, std::string_view end = " ") const;
 
 private:
     void init_variables();

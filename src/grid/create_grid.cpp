@@ -128,7 +128,7 @@ void GridRenderer::carry_selection() {
         state_.set("_Offset", std::int16_t{0});
         break;
     }
-    pro_.trace("Ik in Request Form Passed");
+    pro_.trace("Ik in Request Form Passed", ""); // deliberately without the blank
 }
 
 void GridRenderer::read_grid_command() {

@@ -111,7 +111,9 @@ public:
 
     virtual bool bof() = 0;
     virtual bool eof() = 0;
+
     bool is_empty() { return eof() && bof(); }
+
     virtual void move(std::int32_t records) = 0; // relative to the current record
     virtual void move_first() = 0;
     virtual void move_next() = 0;

@@ -1,7 +1,7 @@
 // Runs the .steps files of this folder: each is one browser's visit to the pages of site/, which are run by
 // the real page runner on a real database. A step is
 //
-//   > PATH [FORM]      a request; with FORM (url-encoded, blanks as "+") it is posted
+//   > PATH[?QUERY] [FORM]  a request; with FORM (url-encoded, blanks as "+") it is posted
 //   TEXT               what the page writes, blanks at both ends left out, or lines of
 //   ~ TEXT             what it contains
 //   !~ TEXT            what it does not contain
@@ -69,7 +69,9 @@ public:
 
     std::string ask(const std::string& path, const std::string& form) {
         auto request = std::make_shared<asp::HttpRequest>();
-        request->path = path;
+        request->path = path.substr(0, path.find('?'));
+        if (request->path.size() < path.size())
+            request->query = path.substr(request->path.size() + 1);
         request->headers = {{"Host", "site.test"}};
         if (!session_.empty())
             request->headers.push_back({"Cookie", std::string(asp::kSessionCookie) + "=" + session_});
@@ -79,7 +81,7 @@ public:
             request->body = form;
         }
         Interrupt interrupt;
-        asp::HttpResponse response = asp::Page(site_, request, path, lease(), interrupt).run();
+        asp::HttpResponse response = asp::Page(site_, request, request->path, lease(), interrupt).run();
         keep_cookie(response);
         return response.body;
     }
