@@ -206,7 +206,7 @@ void Recordset::move_from(std::int32_t records, const Variant& start) {
     move(records);
 }
 
-void Recordset::find(const std::string& criterion, std::int32_t skip, std::int32_t direction,
+void Recordset::find_record(const std::string& criterion, std::int32_t skip, std::int32_t direction,
                      const Variant& start) {
     start_at(start);
     result().find(criterion, skip, direction == -1);

@@ -31,7 +31,7 @@ const ClassInfo& Recordset::class_info() const {
             method<&Recordset::move_next>("MoveNext"),
             method<&Recordset::move_previous>("MovePrevious"),
             method<&Recordset::move_last>("MoveLast"),
-            method<&Recordset::find>(
+            method<&Recordset::find_record>(
                 "Find", {"Criteria", {"SkipRows", 0}, {"SearchDirection", 1}, {"Start", Variant::missing()}}),
             property<&Recordset::bookmark, &Recordset::set_bookmark>("Bookmark"),
             method<&Recordset::compare_bookmarks>("CompareBookmarks", {"Bookmark1", "Bookmark2"}),
