@@ -32,8 +32,6 @@ namespace {
 constexpr std::size_t kMaxBodies = std::size_t{256} * 1024 * 1024;
 // Room for the answer's head in the memory of a connection, beside the request's.
 constexpr std::size_t kAnswerHeadBytes = std::size_t{32} * 1024;
-// What the library takes of that memory for each field of a query, with something to spare.
-constexpr std::size_t kBytesPerQueryField = 96;
 // How long the last answers may take to be sent once the server stops.
 constexpr std::chrono::seconds kSendSeconds{2};
 
@@ -121,7 +119,6 @@ private:
 
     static Client& client_of(MHD_Connection* connection);
     Exchange* new_exchange(Client& client);
-    bool has_room_for_fields(std::string_view target) const;
     static int socket_of(MHD_Connection* connection);
 
     MHD_Result begin(Exchange& exchange, MHD_Connection* connection, const char* method, const char* version);
@@ -222,21 +219,15 @@ void HttpServer::State::on_connection(void* state, MHD_Connection* connection, v
 }
 
 // The library calls this before it takes the query apart, into a record of each field in its memory for the
-// connection; when that is too small for them all, it neither goes on nor answers. So a query with too many
-// loses its separators first, in the library's own buffer, and is refused like any other request.
+// connection; when that becomes too small it neither goes on nor answers. Pages have the query from `target`,
+// so that the library's own copy, in a buffer that it writes into as well, is ended at its "?".
 void* HttpServer::State::on_target(void* state, const char* uri, MHD_Connection* connection) {
-    State& self = *static_cast<State*>(state);
     Client& client = client_of(connection);
-    self.deadlines_.begin_request(client.deadline);
+    static_cast<State*>(state)->deadlines_.begin_request(client.deadline);
     client.target = uri;
-    if (!self.has_room_for_fields(client.target))
-        std::replace(const_cast<char*>(uri), const_cast<char*>(uri) + client.target.size(), '&', '+');
+    if (const std::size_t mark = client.target.find('?'); mark != std::string::npos)
+        const_cast<char*>(uri)[mark + 1] = '\0';
     return nullptr;
-}
-
-bool HttpServer::State::has_room_for_fields(std::string_view target) const {
-    const auto fields = static_cast<std::size_t>(std::ranges::count(target, '&'));
-    return fields <= (settings.header_bytes + kAnswerHeadBytes) / kBytesPerQueryField;
 }
 
 HttpServer::State::Exchange* HttpServer::State::new_exchange(Client& client) {
@@ -316,8 +307,6 @@ int HttpServer::State::refusal(const Exchange& exchange, MHD_Connection* connect
         MHD_get_connection_info(connection, MHD_CONNECTION_INFO_REQUEST_HEADER_SIZE);
     if (head && head->header_size > settings.header_bytes)
         return 431;
-    if (!has_room_for_fields(exchange.target))
-        return 414;
     if (has_doubtful_length(request.headers))
         return 400;
     if (exchange.target == "*" && request.method == "OPTIONS")

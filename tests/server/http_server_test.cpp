@@ -178,8 +178,11 @@ TEST_F(HttpServerTest, KeepsItsLimits) {
     EXPECT_EQ(status(chunked + "0\r\n\r\n"), 413);
     EXPECT_EQ(status(get("/pic.gif", "X: " + std::string(3000, 'x') + "\r\n")), 200);
     EXPECT_EQ(status(get("/pic.gif", "X: " + std::string(6000, 'x') + "\r\n")), 431);
-    EXPECT_EQ(status(get("/pic.gif?" + std::string(380, '&'))), 200);
-    EXPECT_EQ(status(get("/pic.gif?" + std::string(3000, '&'))), 414);
+    // The library must not take the query apart: it stops where its memory does.
+    std::string fields;
+    for (int i = 0; i < 800; ++i)
+        fields += "a=b&";
+    EXPECT_EQ(status(get("/echo.asp?" + fields, "X: " + std::string(200, 'x') + "\r\n")), 200);
 }
 
 TEST_F(HttpServerTest, RefusesBodiesOfDoubtfulLength) {
