@@ -207,7 +207,7 @@ void Recordset::move_from(std::int32_t records, const Variant& start) {
 }
 
 void Recordset::find_record(const std::string& criterion, std::int32_t skip, std::int32_t direction,
-                     const Variant& start) {
+                            const Variant& start) {
     start_at(start);
     result().find(criterion, skip, direction == -1);
 }

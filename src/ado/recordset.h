@@ -103,7 +103,8 @@ private:
 
     void set_absolute_position(std::int32_t position) { result().set_absolute_position(position); }
 
-    void find_record(const std::string& criterion, std::int32_t skip, std::int32_t direction, const Variant& start);
+    void find_record(const std::string& criterion, std::int32_t skip, std::int32_t direction,
+                     const Variant& start);
     void start_at(const Variant& start);
 
     Variant filter() const { return filter_.empty() ? Variant(std::int32_t{0}) : Variant(filter_); }

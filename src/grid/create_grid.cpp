@@ -157,7 +157,8 @@ void GridRenderer::sort_and_filter() {
         records().set_sort(state_.text("_Sort"));
     if (state_.flag("_filter") && !state_.blank("_filterstr"))
         records().set_filter(state_.text("_filterstr"));
-    else if (command_.word == "filter_grid_clear") // a source of the grid's name was opened with the old filter
+    else if (command_.word ==
+             "filter_grid_clear") // a source of the grid's name was opened with the old filter
         records().set_filter(GridState(session(), grid_.source_id).text("_filterstr"));
     pro_.trace("Sort & filter Set");
 }
