@@ -62,11 +62,9 @@ private:
 
     std::string read_row_template();
     void join_templates(TemplateParts parts);
-    void render_header();
     void render_rows();
     void finish_row(std::string& text, std::int16_t row);
     void require_inputs(const RowTemplate& row_template, std::int16_t row);
-    void render_footer();
     void render_validation();
 
     platform::Recordset& records() { return source_->records(); }
@@ -155,10 +153,10 @@ void GridRenderer::sort_and_filter() {
     pro_.trace("Sort & filter Logic Called");
     if (!state_.blank("_Sort"))
         records().set_sort(state_.text("_Sort"));
+    // A source of the grid's own name was opened with the filter that is being cleared.
     if (state_.flag("_filter") && !state_.blank("_filterstr"))
         records().set_filter(state_.text("_filterstr"));
-    else if (command_.word ==
-             "filter_grid_clear") // a source of the grid's name was opened with the old filter
+    else if (command_.word == "filter_grid_clear")
         records().set_filter(GridState(session(), grid_.source_id).text("_filterstr"));
     pro_.trace("Sort & filter Set");
 }
@@ -229,10 +227,11 @@ void GridRenderer::page() {
 void GridRenderer::render() {
     const std::string& id = grid_.grid_id;
     out_ = "<a name='" + id + "_start'></a>" + command_form(pro_, id) + layout_.opening + "\r\n";
-    render_header();
+    // The counters of both are taken at the page's first record, before the rows are walked.
+    form_grid_header(layout_.header, buttons(), *source_);
     if (page_ended())
         return;
-    render_footer(); // its counters are taken at the page's first record, before the rows are walked
+    parse_header_footer_buttons(layout_.footer, buttons());
     if (page_ended())
         return;
     out_ += layout_.header;
@@ -241,14 +240,6 @@ void GridRenderer::render() {
         return;
     out_ += "\r\n" + layout_.footer + "\r\n" + layout_.closing + "<a name='" + id + "_end'></a>";
     render_validation();
-}
-
-void GridRenderer::render_header() {
-    form_grid_header(layout_.header, buttons(), *source_);
-}
-
-void GridRenderer::render_footer() {
-    parse_header_footer_buttons(layout_.footer, buttons());
 }
 
 void GridRenderer::render_rows() {
