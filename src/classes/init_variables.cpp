@@ -55,7 +55,7 @@ void Pro::init_variables() {
     show_filter_icons = true;
     for (const auto& [tag, replacement] : kButtonTags)
         header_footer_tags->add(make_ref<Array>(std::vector<Variant>{tag, replacement}));
-    grid_edit_mode = "row";
+    set_edit_mode("row");
     script = platform::Host::current().create_script_control();
     script->set_language("VBScript");
     script->set_allow_ui(false);

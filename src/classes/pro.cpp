@@ -38,7 +38,7 @@ const ClassInfo& Pro::class_info() const {
             field<&Pro::buttons_goto_anchor>("ButtonsGotoAnchor"),
             field<&Pro::download>("Download"),
             field<&Pro::bar_graph>("BarGraph"),
-            field<&Pro::grid_edit_mode>("GridEditMode"),
+            property<&Pro::edit_mode, &Pro::set_edit_mode>("GridEditMode"),
             field<&Pro::combine_grid_templates>("CombineGridTemplates"),
             field<&Pro::sort_down_image>("SortDownImage"),
             field<&Pro::sort_up_image>("SortUpImage"),

@@ -34,11 +34,18 @@ DbField& DbSource::field_of(std::string_view column) const {
     return *fields->get<DbField>(column);
 }
 
-void DbSource::make_fields() {
+DbField& DbSource::field_at(std::size_t index) const {
+    if (!fields)
+        throw Error(kErrorNothing);
+    return *fields->get<DbField>(static_cast<std::int32_t>(index) + 1);
+}
+
+void DbSource::make_fields(platform::Connection& connection) {
     for (const platform::Column& column : records().columns()) {
         auto made = make_ref<DbField>();
         made->name = column.name;
         made->can_be_null = (column.attributes & platform::kFieldIsNullable) != 0;
+        made->connection = Ref(&connection);
         made->updatable = (column.attributes & platform::kFieldUpdatable) != 0;
         fields->add(made, column.name);
     }

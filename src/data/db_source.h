@@ -32,8 +32,11 @@ public:
     platform::Recordset& records() const;
     // The field of that column. Error 5 when the page took it out, 91 as above.
     DbField& field_of(std::string_view column) const;
+    // The field at that place; Error 9 when there are fewer, 91 as above.
+    DbField& field_at(std::size_t index) const;
     // Makes one DbField a column of the open recordset. Error 457 for a column name that occurs twice.
-    void make_fields();
+    // Lookups of their controls run on `connection`, unless the page gives them another.
+    void make_fields(platform::Connection& connection);
 };
 
 } // namespace tabrixdb

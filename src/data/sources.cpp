@@ -4,6 +4,7 @@
 #include "automation/operators.h"
 #include "automation/text.h"
 #include "engine/grid_state.h"
+#include "engine/report.h"
 
 #include <algorithm>
 
@@ -45,6 +46,14 @@ bool filter_form_hidden(const std::string& id) {
     return compare(session().value(id + "_filterdisplay"), Variant(false)) == Order::Equal;
 }
 
+// What the page has left in the session for one column of a dynamic source.
+void take_settings(DbField& field, const GridState& settings) {
+    field.content = settings.text("_Content");
+    field.set_view(FormMode::Edit, settings.text("_ViewEdit"));
+    field.set_view(FormMode::Add, settings.text("_ViewAdd"));
+    field.set_view(FormMode::Filter, settings.text("_ViewFilter"));
+}
+
 void clear_filter(const std::string& id) {
     session().set_value(id + "_filterstr", "");
     if (filter_form_hidden(id))
@@ -60,7 +69,7 @@ void create_source(Pro& pro, const std::string& id, const std::string& sql, cons
     platform::Connection& connection = connection_of(pro, connection_id);
     source->recordset->open(sql, connection, static_cast<platform::CursorType>(options.cursor_type),
                             static_cast<platform::LockType>(options.lock_type), options.options);
-    source->make_fields();
+    source->make_fields(connection);
     if (pro.bar_graph)
         find_extremes(*source, connection, sql);
     pro.sources->add(source, id);
@@ -79,6 +88,32 @@ void create_dynamic_source(Pro& pro, const std::string& id, const std::string& s
     source->dynamic_cursor_type = options.cursor_type;
     source->dynamic_lock_type = options.lock_type;
     pro.sources->add(source, id);
+}
+
+void open_dynamic_source(Pro& pro, const std::string& id) {
+    guard("Open Dynamic Source", [&] {
+        const Ref<DbSource> source = pro.sources->get<DbSource>(id);
+        platform::Connection& connection = connection_of(pro, source->dynamic_connection_id);
+        platform::Recordset& records = source->records();
+        records.set_cursor_location(platform::CursorLocation::Client);
+        records.open(source->dynamic_sql, connection,
+                     static_cast<platform::CursorType>(source->dynamic_cursor_type),
+                     static_cast<platform::LockType>(source->dynamic_lock_type), -1);
+        source->dynamic_source_open = true;
+        source->make_fields(connection);
+        for (const platform::Column& column : records.columns())
+            take_settings(source->field_of(column.name), GridState(session(), id + "_" + column.name));
+    });
+}
+
+void close_dynamic_source(Pro& pro, const std::string& id) {
+    guard("Close Dynamic Source", [&] {
+        const Ref<DbSource> source = pro.sources->get<DbSource>(id);
+        for (std::int32_t i = source->fields->count(); i >= 1; --i)
+            source->fields->remove(i);
+        source->records().close();
+        source->dynamic_source_open = false;
+    });
 }
 
 std::string table_name(std::string_view sql) {

@@ -24,6 +24,13 @@ void create_source(Pro& pro, const std::string& id, const std::string& sql, cons
 void create_dynamic_source(Pro& pro, const std::string& id, const std::string& sql,
                            const std::string& connection_id, const SourceOptions& options);
 
+// Opens a dynamic source with a client-side cursor. Its fields take their settings from the session, where
+// the page has left them: `id` "_" column "_Content", "_ViewEdit", "_ViewAdd", "_ViewFilter". Failures are
+// reported as "Open Dynamic Source".
+void open_dynamic_source(Pro& pro, const std::string& id);
+// Takes its fields away and closes it again; reported as "Close Dynamic Source".
+void close_dynamic_source(Pro& pro, const std::string& id);
+
 // The first table of a query by plain text search, in capitals: what follows the first "FROM" and one
 // character, up to the next blank; without a FROM the whole text.
 std::string table_name(std::string_view sql);

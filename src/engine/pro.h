@@ -44,7 +44,8 @@ public:
     std::string buttons_goto_anchor;
     bool download = false;
     bool bar_graph = false;
-    std::string grid_edit_mode; // "row", "GRID" or "ADD"
+    std::string grid_edit_mode;   // "row", "GRID" or "ADD": of the grid that is made, or was made last
+    std::string chosen_edit_mode; // what the page has set, with which each grid begins
     bool combine_grid_templates = false;
     std::string sort_down_image;
     std::string sort_up_image;
@@ -89,6 +90,10 @@ public:
 
 private:
     void init_variables();
+
+    const std::string& edit_mode() const { return grid_edit_mode; }
+
+    void set_edit_mode(const std::string& mode) { grid_edit_mode = chosen_edit_mode = mode; }
 
     std::string admin_email() const { return thread_texts().admin_email; }
 

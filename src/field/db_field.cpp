@@ -21,9 +21,10 @@ const ClassInfo& DbField::class_info() const {
             field<&DbField::can_be_null>("CanBeNull"),
             field<&DbField::updatable>("Updatable"),
             field<&DbField::name>("Name"),
-            field<&DbField::edit_view_type>("EditViewType"),
-            field<&DbField::add_view_type>("AddViewType"),
-            field<&DbField::filter_view_type>("FilterViewType"),
+            property<&DbField::get_kind<FormMode::Edit>, &DbField::put_kind<FormMode::Edit>>("EditViewType"),
+            property<&DbField::get_kind<FormMode::Add>, &DbField::put_kind<FormMode::Add>>("AddViewType"),
+            property<&DbField::get_kind<FormMode::Filter>, &DbField::put_kind<FormMode::Filter>>(
+                "FilterViewType"),
             field<&DbField::default_value>("Default_value"),
             field<&DbField::item_list>("ItemList"),
             field<&DbField::date_caption>("DateCaption"),
@@ -31,9 +32,10 @@ const ClassInfo& DbField::class_info() const {
             field<&DbField::required>("Required"),
             field<&DbField::min>("Min"),
             field<&DbField::max>("Max"),
-            property<&DbField::view_edit, &DbField::set_view_edit>("ViewEdit"),
-            property<&DbField::view_add, &DbField::set_view_add>("ViewADD"),
-            property<&DbField::view_filter, &DbField::set_view_filter>("ViewFilter"),
+            property<&DbField::get_view<FormMode::Edit>, &DbField::put_view<FormMode::Edit>>("ViewEdit"),
+            property<&DbField::get_view<FormMode::Add>, &DbField::put_view<FormMode::Add>>("ViewADD"),
+            property<&DbField::get_view<FormMode::Filter>, &DbField::put_view<FormMode::Filter>>(
+                "ViewFilter"),
             method<&DbField::request_value>("GetRequest_Value", {{"RowIndex", std::int16_t{0}}}),
         });
     return info;
@@ -51,7 +53,7 @@ std::vector<std::string> elements_of(std::string_view specification) {
 
 } // namespace
 
-void DbField::set_view(std::string_view mode, std::string_view specification) {
+void DbField::set_view(FormMode mode, std::string_view specification) {
     if (specification.empty())
         specification = "NORMAL";
     const std::vector<std::string> elements = elements_of(specification);
@@ -66,16 +68,7 @@ void DbField::set_view(std::string_view mode, std::string_view specification) {
     } else if (elements[0] != "SELECT") {
         view = specification; // the page's own HTML control
     }
-    if (equal_ignore_case(mode, "EDIT")) {
-        edit_view_ = std::move(view);
-        edit_view_type = std::move(kind);
-    } else if (equal_ignore_case(mode, "ADD")) {
-        add_view_ = std::move(view);
-        add_view_type = std::move(kind);
-    } else if (equal_ignore_case(mode, "FILTER")) {
-        filter_view_ = std::move(view);
-        filter_view_type = std::move(kind);
-    }
+    control(mode) = {std::move(view), std::move(kind)};
 }
 
 std::string DbField::request_value(std::int16_t& row) const {

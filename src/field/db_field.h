@@ -3,11 +3,16 @@
 #include "automation/object.h"
 #include "platform/data.h"
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace tabrixdb {
+
+// What a form is for: each mode has a control of its own.
+enum class FormMode : unsigned char { Edit, Add, Filter };
 
 // How one column is presented: captions, constraints, and for each form mode the HTML of its input control.
 // A page creates its own or takes the one that a source made for the column.
@@ -26,9 +31,6 @@ public:
     bool can_be_null = false;
     bool updatable = false;
     std::string name;
-    std::string edit_view_type; // the kind of control of each mode
-    std::string add_view_type;
-    std::string filter_view_type;
     std::string default_value;
     Variant item_list;
     std::string date_caption = "Date";
@@ -37,31 +39,53 @@ public:
     std::int32_t min = 0;
     std::int32_t max = 0;
 
-    // The control of each mode, still with its placeholders; "NORMAL": none chosen. Assigning a view
-    // specification ("TEXT;30;;R,50") renders it at once; the specification itself is not kept.
-    const std::string& view_edit() const noexcept { return edit_view_; }
+    // The control of a mode, still with its placeholders; "NORMAL": none chosen.
+    const std::string& view(FormMode mode) const noexcept { return control(mode).html; }
 
-    const std::string& view_add() const noexcept { return add_view_; }
+    // The kind of that control, as find_view_kind() gives it; "" for none, and for HTML of the page's own.
+    const std::string& view_kind(FormMode mode) const noexcept { return control(mode).kind; }
 
-    const std::string& view_filter() const noexcept { return filter_view_; }
+    // Chooses a mode's control by a view specification ("TEXT;30;;R,50"), which is rendered at once and not
+    // kept; rendering may set other members.
+    void set_view(FormMode mode, std::string_view specification);
 
-    void set_view_edit(const std::string& specification) { set_view("Edit", specification); }
-
-    void set_view_add(const std::string& specification) { set_view("Add", specification); }
-
-    void set_view_filter(const std::string& specification) { set_view("Filter", specification); }
-
-    // Parses a specification, renders it, and stores the control and its kind for the mode ("Edit", "Add",
-    // "Filter" in any case; any other mode stores nothing, but rendering has its side effects).
-    void set_view(std::string_view mode, std::string_view specification);
+    // Takes HTML as the control of a mode, which stays of its kind.
+    void keep_view(FormMode mode, std::string html) { control(mode).html = std::move(html); }
 
     // What the browser posted for this column; `row` 0: a form of one record, else the row's control.
     std::string request_value(std::int16_t& row) const;
 
 private:
-    std::string edit_view_ = "NORMAL";
-    std::string add_view_ = "NORMAL";
-    std::string filter_view_ = "NORMAL";
+    struct Control {
+        std::string html = "NORMAL";
+        std::string kind;
+    };
+
+    Control& control(FormMode mode) noexcept { return controls_[static_cast<std::size_t>(mode)]; }
+
+    const Control& control(FormMode mode) const noexcept { return controls_[static_cast<std::size_t>(mode)]; }
+
+    template <FormMode kMode>
+    const std::string& get_view() const {
+        return view(kMode);
+    }
+
+    template <FormMode kMode>
+    void put_view(const std::string& specification) {
+        set_view(kMode, specification);
+    }
+
+    template <FormMode kMode>
+    const std::string& get_kind() const {
+        return view_kind(kMode);
+    }
+
+    template <FormMode kMode>
+    void put_kind(const std::string& kind) {
+        control(kMode).kind = kind;
+    }
+
+    std::array<Control, 3> controls_;
 };
 
 // The name under which a column posts: every blank is "_"; in a form of several rows "_" and the row follow.

@@ -270,6 +270,9 @@ constexpr auto kKinds = std::to_array<ViewKind>({
     {"GETCHECKBOX_FROMFIELD", "GETCHECKBOX_FROMFIELD", "", checkbox_from_field_view,
      "GetCheckBox From Field"},
     {"GETCHOICE_FROMFIELD", "GETCHOICE_FROMFIELD", "", choice_from_field_view, "GetChoice From Field"},
+    // The same two under the names that templates know them by.
+    {"CHECKBOX_FROMFIELD", "GETCHECKBOX_FROMFIELD", "", checkbox_from_field_view, "GetCheckBox From Field"},
+    {"CHOICE_FROMFIELD", "GETCHOICE_FROMFIELD", "", choice_from_field_view, "GetChoice From Field"},
     {"CHOICE", "CHOICE", "", choice_view, "GetChoice_View"},
     {"UPLOAD", "UPLOAD", "", upload_view, "GetUpload_View"},
     {"UPLOADDB", "UPLOADDB", "", upload_db_view, "GetUpload DB View"},

@@ -4,18 +4,22 @@
 #include "automation/error.h"
 #include "automation/text.h"
 #include "data/db_source.h"
+#include "data/sources.h"
 #include "editing/filter_logic.h"
+#include "editing/row_edit.h"
 #include "engine/grid_state.h"
 #include "engine/report.h"
 #include "grid/command_form.h"
 #include "grid/db_grid.h"
 #include "grid/edit_toggle.h"
 #include "grid/layout.h"
+#include "grid/nested_grid.h"
 #include "grid/paging.h"
 #include "grid/plain_template.h"
-#include "grid/row_template.h"
+#include "grid/rows.h"
 #include "template/buttons.h"
 #include "template/split.h"
+#include "template/view_tags.h"
 
 #include <optional>
 
@@ -63,8 +67,6 @@ private:
     std::string read_row_template();
     void join_templates(TemplateParts parts);
     void render_rows();
-    void finish_row(std::string& text, std::int16_t row);
-    void require_inputs(const RowTemplate& row_template, std::int16_t row);
     void render_validation();
 
     platform::Recordset& records() { return source_->records(); }
@@ -83,10 +85,10 @@ private:
     std::optional<GridState> source_state_; // of the grid that feeds this one, when from_grid
     GridCommand command_;
     Ref<DbSource> source_;
+    bool opens_source_ = false; // a dynamic one, for the time of this rendering
     GridLayout layout_;
     std::int16_t rows_ = 0; // most rows of this page
 
-    std::vector<RowColumn> columns_;
     std::string out_;
     std::string validation_; // body of the client-side validation function
 };
@@ -136,11 +138,10 @@ void GridRenderer::read_grid_command() {
 
 void GridRenderer::find_source() {
     source_ = pro_.sources->get<DbSource>(grid_.source_id);
-    const auto& columns = records().columns();
-    guard("ParseContent", [&] {
-        for (std::size_t i = 0; i < columns.size(); ++i)
-            columns_.push_back({ColumnTag(columns[i].name), ColumnContent(*source_, i)});
-    });
+    if (source_->dynamic && !source_->dynamic_source_open) {
+        opens_source_ = true;
+        open_dynamic_source(pro_, grid_.source_id);
+    }
 }
 
 void GridRenderer::sort_and_filter() {
@@ -164,10 +165,13 @@ void GridRenderer::sort_and_filter() {
 void GridRenderer::read_templates() {
     pro_.trace("Reading Grid Template");
     pro_.trace("Template = " + grid_.row_template);
-    const std::string text = read_row_template();
+    std::string text = read_row_template();
     if (page_ended())
         return;
     pro_.trace("Grid Template Loaded");
+    parse_view_tags(text, *source_);
+    if (page_ended())
+        return;
     pro_.trace("Caling Split HeaderFooter");
     TemplateParts parts = guard("Split Header Footer", [&] { return split_template(text); });
     if (page_ended())
@@ -206,6 +210,9 @@ void GridRenderer::join_templates(TemplateParts parts) {
 }
 
 void GridRenderer::page() {
+    process_row_edit(command_, state_);
+    if (page_ended())
+        return;
     if (grid_.from_grid) {
         process_page_logic_for_form(pro_, command_, source_state_->grid(), records(), grid_.grid_mode,
                                     grid_.grid_id);
@@ -245,39 +252,10 @@ void GridRenderer::render() {
 void GridRenderer::render_rows() {
     if (!pro_.goto_bookmark.is_empty())
         records().set_bookmark(pro_.goto_bookmark);
-    const auto finish = [this](std::string& text, std::int16_t row) { finish_row(text, row); };
-    // A fed grid's rows show counters of their record, so each is made by itself.
-    RowTemplate content(std::move(layout_.row), columns_, finish, !grid_.from_grid);
-    RowTemplate stripe(layout_.stripe, columns_, finish, !grid_.from_grid);
-    for (std::int16_t row = 1; row <= rows_ && !records().eof(); ++row) {
-        RowTemplate& row_template = row % 2 == 0 && !layout_.stripe.empty() ? stripe : content;
-        row_template.append(out_, row);
-        require_inputs(row_template, row);
-        if (page_ended())
-            return;
-        records().move_next();
-    }
-}
-
-// What a row gets after its columns.
-void GridRenderer::finish_row(std::string& text, std::int16_t row) {
-    if (grid_.from_grid && grid_.grid_mode)
-        drop_record_pointer(text);
-    else
-        fill_record_pointer(text, row);
-    parse_row_buttons(text, buttons(), row);
-    if (grid_.from_grid)
-        parse_header_footer_buttons(text, buttons());
-}
-
-// Tells the validation function which inputs of the row have to be filled.
-void GridRenderer::require_inputs(const RowTemplate& row_template, std::int16_t row) {
-    for (std::size_t i = 0; i < columns_.size(); ++i) {
-        const DbField& field = columns_[i].content.field();
-        if (field.required != 0 && row_template.shows(i))
-            validation_ += "document." + grid_.grid_id + "." + posted_name(records().columns()[i].name, row) +
-                           ".required=" + std::to_string(field.required) + ";\r\n";
-    }
+    NestedGrid nested(pro_, grid_.depth);
+    GridRows rows(buttons(), *source_, nested, {grid_.from_grid, grid_.grid_mode});
+    rows.append(out_, layout_, rows_);
+    validation_ = rows.validation();
 }
 
 void GridRenderer::render_validation() {
@@ -320,6 +298,8 @@ void GridRenderer::store() {
     stored->grid_mode = grid_.grid_mode;
     stored->sort = !state_.blank("_Sort");
     stored->sort_order = state_.text("_Sort");
+    if (opens_source_)
+        close_dynamic_source(pro_, grid_.source_id);
 }
 
 } // namespace
@@ -332,6 +312,9 @@ void create_grid(Pro& pro, GridRequest grid) {
 
         ~Restore() { setting = value; }
     } restore{pro.single_grid_template};
+
+    // Another grid of the page may have been put in edit mode by its own command.
+    pro.grid_edit_mode = pro.chosen_edit_mode;
 
     GridRenderer(pro, grid).run();
 }

@@ -19,6 +19,7 @@ struct GridRequest {
     std::int16_t increment = 5; // step of "row+" and "row-"
     bool from_grid = false;
     bool grid_mode = false;
+    int depth = 0; // of a grid inside another one's rows
 };
 
 // Carries out the grid's posted command, renders one page of records, and keeps the HTML in pro.grids under

@@ -2,9 +2,9 @@
 
 #include "automation/array.h"
 #include "automation/conversions.h"
-#include "automation/text.h"
 #include "data/db_source.h"
 #include "engine/report.h"
+#include "template/fill_tag.h"
 #include "template/positions.h"
 #include "template/split.h"
 
@@ -13,11 +13,6 @@
 namespace tabrixdb {
 
 namespace {
-
-void fill_tag(std::string& text, std::string_view tag, std::string_view with) {
-    if (contains_ignore_case(text, tag))
-        text = replace_ignore_case(text, tag, with);
-}
 
 void remove_link(std::string& text, std::string_view start) {
     guard("Get Tag", [&] { replace_span(text, start, "</a>", ""); });
@@ -124,6 +119,10 @@ std::string row_index(std::int16_t row) {
     return std::to_string(row - 1);
 }
 
+std::string row_tag(std::string_view action) {
+    return "#~btn_" + std::string(action) + "_row~#";
+}
+
 std::string edit_call(const std::string& index, const std::string& grid, std::string_view action) {
     return "javascript:edit_grid(" + index + ", '" + grid + "','" + std::string(action) + "')";
 }
@@ -165,18 +164,24 @@ void form_grid_header(std::string& header, const ButtonContext& context, const D
     });
 }
 
-void parse_row_buttons(std::string& text, const ButtonContext& context, std::int16_t row) {
+void parse_row_buttons(std::string& text, const ButtonContext& context, std::int16_t row, bool edited) {
     guard("Parse Grid Update Buttons", [&] {
         const std::string& grid = context.state.grid();
-        const std::string index = row_index(row);
         fill_tag(text, "#~grid_name~#", grid);
-        remove_link(text, "<a href=\"#~btn_update_row~#");
-        remove_link(text, "<a href=\"#~btn_cancel_row~#");
-        if (equal_ignore_case(context.pro.grid_edit_mode, "GRID"))
-            remove_link(text, "<a href=\"#~btn_edit_row~#");
-        else
-            fill_tag(text, "#~btn_edit_row~#", edit_call(index, grid, "edit"));
-        fill_tag(text, "#~btn_delete_row~#", edit_call(index, grid, "delete"));
+        const bool whole_grid = equal_ignore_case(context.pro.grid_edit_mode, "GRID");
+        const struct {
+            std::string_view action;
+            bool applies;
+        } buttons[] = {{"update", edited && !whole_grid},
+                       {"cancel", edited && !whole_grid},
+                       {"edit", !edited && !whole_grid},
+                       {"delete", !edited || whole_grid}};
+        for (const auto& [action, applies] : buttons)
+            if (!applies)
+                remove_link(text, "<a href=\"" + row_tag(action));
+        for (const auto& [action, applies] : buttons)
+            if (applies)
+                fill_tag(text, row_tag(action), edit_call(row_index(row), grid, action));
     });
 }
 

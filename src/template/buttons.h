@@ -29,8 +29,9 @@ void parse_header_footer_buttons(std::string& text, const ButtonContext& context
 // above. `source`: whose DbFields hold the captions.
 void form_grid_header(std::string& header, const ButtonContext& context, const DbSource& source);
 
-// Turns the button tags of one row into links. `row`: 1-based place on the page.
-void parse_row_buttons(std::string& text, const ButtonContext& context, std::int16_t row);
+// Turns the button tags of one row into links and removes those that do not apply. `row`: 1-based place on
+// the page; `edited`: it shows its controls.
+void parse_row_buttons(std::string& text, const ButtonContext& context, std::int16_t row, bool edited);
 
 // Fills the tag by which a row moves another grid to its record; only the first target of a row is filled.
 void fill_record_pointer(std::string& text, std::int16_t row);

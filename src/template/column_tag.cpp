@@ -1,6 +1,6 @@
 #include "template/column_tag.h"
 
-#include "automation/text.h"
+#include "template/fill_tag.h"
 
 namespace tabrixdb {
 
@@ -14,10 +14,10 @@ bool ColumnTag::occurs_in(std::string_view text) const {
            (!plain_.empty() && contains_ignore_case(text, plain_));
 }
 
-void ColumnTag::replace_in(std::string& text, std::string_view with, std::size_t most) const {
-    text = replace_ignore_case(text, underscored_, with, most);
+void ColumnTag::replace_in(std::string& text, std::string_view with) const {
+    fill_tag(text, underscored_, with);
     if (!plain_.empty())
-        text = replace_ignore_case(text, plain_, with, most);
+        fill_tag(text, plain_, with);
 }
 
 } // namespace tabrixdb

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "automation/text.h"
-
 #include <string>
 #include <string_view>
 
@@ -15,8 +13,8 @@ public:
     explicit ColumnTag(std::string_view column);
 
     bool occurs_in(std::string_view text) const;
-    // Every occurrence of either form, in any case. Error 14 when the text would pass `most` bytes.
-    void replace_in(std::string& text, std::string_view with, std::size_t most = kMaxTextBytes) const;
+    // Every occurrence of either form, in any case. Error 14 when the text would pass kMaxFilledBytes.
+    void replace_in(std::string& text, std::string_view with) const;
 
 private:
     std::string underscored_;

@@ -64,19 +64,19 @@ TEST(View, RendersItsSpecification) {
 
     for (const auto& expected : cases) {
         DbField field;
-        field.set_view("eDiT", expected.specification);
-        EXPECT_EQ(field.view_edit(), expected.view) << expected.specification;
-        EXPECT_EQ(field.edit_view_type, expected.kind) << expected.specification;
+        field.set_view(FormMode::Edit, expected.specification);
+        EXPECT_EQ(field.view(FormMode::Edit), expected.view) << expected.specification;
+        EXPECT_EQ(field.view_kind(FormMode::Edit), expected.kind) << expected.specification;
         EXPECT_EQ(field.default_value, expected.default_value) << expected.specification;
         EXPECT_EQ(field.required, expected.required) << expected.specification;
-        EXPECT_EQ(field.view_add(), "NORMAL") << expected.specification;
+        EXPECT_EQ(field.view(FormMode::Add), "NORMAL") << expected.specification;
     }
 }
 
 TEST(View, KeepsTheControlOfEachItem) {
     DbField field;
-    field.set_view_filter("CHOICE;Y~Yes,N~No,?;N;class=radio");
-    EXPECT_EQ(field.filter_view_type, "CHOICE");
+    field.set_view(FormMode::Filter, "CHOICE;Y~Yes,N~No,?;N;class=radio");
+    EXPECT_EQ(field.view_kind(FormMode::Filter), "CHOICE");
     EXPECT_EQ(field.required, -1) << "any r in the attributes";
     ASSERT_TRUE(field.check_list.is_array());
     const auto items = field.check_list.array()->elements();

@@ -7,10 +7,12 @@
 #include "data/db_source.h"
 #include "grid/row_template.h"
 #include "platform/host.h"
+#include "template/column_value.h"
 #include "template/split.h"
 
 #include <array>
 #include <filesystem>
+#include <optional>
 #include <random>
 #include <string>
 
@@ -90,11 +92,30 @@ std::string random_template(Dice& dice) {
     return dice.text_of(kPieces, 9);
 }
 
-// What the rows of a grid get after their columns, in small.
-void finish(std::string& text, std::int16_t row) {
-    replace_span(text, "<a href=\"#~btn_update_row~#", "</a>", "");
-    text = replace_ignore_case(text, "#~btn_edit_row~#", "edit(" + std::to_string(row - 1) + ")");
-}
+// Rows of plain values that get a small part of what the rows of a grid get after their columns.
+class PlainRows final : public RowContent {
+public:
+    explicit PlainRows(const DbSource& source) {
+        for (std::size_t i = 0; i < kColumns.size(); ++i)
+            values_.emplace_back(source, i);
+    }
+
+    void append_value(std::string& out, std::size_t column, std::int16_t) override {
+        values_[column].append(out);
+    }
+
+    bool is_repeatable(std::size_t) const override { return true; }
+
+    void finish(std::string& text, std::int16_t row) override {
+        replace_span(text, "<a href=\"#~btn_update_row~#", "</a>", "");
+        text = replace_ignore_case(text, "#~btn_edit_row~#", "edit(" + std::to_string(row - 1) + ")");
+    }
+
+    const std::vector<ColumnValue>& values() const { return values_; }
+
+private:
+    std::vector<ColumnValue> values_;
+};
 
 class RandomRows : public testing::Test {
 protected:
@@ -110,9 +131,10 @@ protected:
         source_->recordset->set_cursor_location(platform::CursorLocation::Client);
         source_->recordset->open("select * from t", *connection_, platform::CursorType::Static,
                                  platform::LockType::ReadOnly, -1);
-        source_->make_fields();
-        for (std::size_t i = 0; i < kColumns.size(); ++i)
-            columns_.push_back({ColumnTag(kColumns[i]), ColumnContent(*source_, i)});
+        source_->make_fields(*connection_);
+        rows_.emplace(*source_);
+        for (const char* const column : kColumns)
+            tags_.emplace_back(column);
     }
 
     void TearDown() override { std::filesystem::remove(path_); }
@@ -139,14 +161,15 @@ protected:
     std::string path_;
     Ref<platform::Connection> connection_ = make_ref<ado::Connection>();
     Ref<DbSource> source_;
-    std::vector<RowColumn> columns_;
+    std::optional<PlainRows> rows_;
+    std::vector<ColumnTag> tags_;
 };
 
 TEST_F(RandomRows, EqualReplacementStepByStep) {
     int compiled = 0;
     for (int i = 0; i < 400; ++i) {
         const std::string text = random_template(dice_);
-        RowTemplate row_template(text, columns_, finish, true);
+        RowTemplate row_template(text, tags_, *rows_, true);
         source_->records().move_first();
         for (std::int16_t row = 1; row <= 40; ++row) {
             std::string expected, actual;
@@ -170,7 +193,7 @@ TEST_F(RandomRows, AreBounded) {
     ASSERT_EQ(sqlite3_exec(database, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK);
     sqlite3_close(database);
     source_->records().requery();
-    RowTemplate row_template("#~Name~#", columns_, finish, true);
+    RowTemplate row_template("#~Name~#", tags_, *rows_, true);
     std::string out;
     try {
         row_template.append(out, 1);

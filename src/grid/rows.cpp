@@ -1,0 +1,103 @@
+#include "grid/rows.h"
+
+#include "editing/row_edit.h"
+#include "engine/report.h"
+#include "grid/row_template.h"
+#include "template/parse_view.h"
+
+namespace tabrixdb {
+
+class GridRows::Content : public RowContent {
+public:
+    explicit Content(GridRows& rows) : rows_(rows) {}
+
+    bool is_repeatable(std::size_t column) const override { return rows_.content_.is_repeatable(column); }
+
+protected:
+    void append_content(std::string& out, std::size_t column, std::int16_t row) {
+        rows_.content_.append(out, column, static_cast<std::int16_t>(row - 1));
+    }
+
+    GridRows& rows_;
+};
+
+// A row as it is read.
+class GridRows::Shown final : public Content {
+public:
+    using Content::Content;
+
+    void append_value(std::string& out, std::size_t column, std::int16_t row) override {
+        append_content(out, column, row);
+    }
+
+    void finish(std::string& text, std::int16_t row) override { rows_.finish(text, row, false); }
+};
+
+// A row with its controls.
+class GridRows::Edited final : public Content {
+public:
+    using Content::Content;
+
+    void append_value(std::string& out, std::size_t column, std::int16_t row) override {
+        const ColumnValue& value = rows_.content_.value(column);
+        ShownValue shown;
+        value.append_plain(shown.plain);
+        if (shows_content(value.field(), FormMode::Edit))
+            append_content(shown.content, column, row);
+        out += parse_view(rows_.buttons_.pro, FormMode::Edit, rows_.source_, value.name(), row, shown);
+    }
+
+    void finish(std::string& text, std::int16_t row) override { rows_.finish(text, row, true); }
+};
+
+GridRows::GridRows(const ButtonContext& buttons, const DbSource& source, NestedGrids& nested, Feeding feeding)
+    : buttons_(buttons),
+      source_(source),
+      feeding_(feeding),
+      content_(buttons.pro, source, nested) {
+    for (std::size_t i = 0; i < content_.size(); ++i)
+        tags_.emplace_back(content_.value(i).name());
+}
+
+void GridRows::append(std::string& out, const GridLayout& layout, std::int16_t most) {
+    Shown shown(*this);
+    Edited edited(*this);
+    // The rows of a fed grid show counters of their record, so each is made by itself.
+    const bool compiled = !feeding_.from_grid;
+    RowTemplate templates[2][2] = {
+        {{layout.row, tags_, shown, compiled}, {layout.row, tags_, edited, compiled}},
+        {{layout.stripe, tags_, shown, compiled}, {layout.stripe, tags_, edited, compiled}}};
+    platform::Recordset& records = source_.records();
+    for (std::int16_t row = 1; row <= most && !records.eof(); ++row) {
+        const bool stripe = row % 2 == 0 && !layout.stripe.empty();
+        const bool is_edited = is_row_edited(buttons_.pro, buttons_.state, row);
+        RowTemplate& row_template = templates[stripe][is_edited];
+        row_template.append(out, row);
+        if (page_ended())
+            return;
+        for (std::size_t i = 0; i < tags_.size(); ++i)
+            if (row_template.shows(i))
+                require_inputs(i, row);
+        records.move_next();
+    }
+}
+
+// What a row gets after its columns.
+void GridRows::finish(std::string& text, std::int16_t row, bool edited) {
+    if (feeding_.from_grid && feeding_.grid_mode)
+        drop_record_pointer(text);
+    else
+        fill_record_pointer(text, row);
+    parse_row_buttons(text, buttons_, row, edited);
+    if (feeding_.from_grid)
+        parse_header_footer_buttons(text, buttons_);
+}
+
+void GridRows::require_inputs(std::size_t column, std::int16_t row) {
+    const ColumnValue& value = content_.value(column);
+    if (value.field().required != 0)
+        validation_ += "document." + buttons_.state.grid() + "." + posted_name(value.name(), row) +
+                       ".required=" + std::to_string(value.field().required) + ";\r\n";
+}
+
+} // namespace tabrixdb

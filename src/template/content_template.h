@@ -1,0 +1,58 @@
+#pragma once
+
+#include "engine/pro.h"
+#include "template/column_value.h"
+#include "template/nested_grids.h"
+#include "template/slotted_text.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tabrixdb {
+
+// The Content of a column's DbField, filled from the current record: the tags of its columns one after
+// another, in the order of the columns ("#~name~#", and where that occurs "$~name~$", the same for
+// addresses), then one expression, one nested grid, and the page's own address. Names are those of the
+// columns exactly, in any case.
+//
+// The tags of columns are compiled once. A record whose values hold characters of tags, which may make tags
+// of later columns, is filled step by step.
+class ContentTemplate {
+public:
+    // `column`: the one that it belongs to. Borrows the others for its own life.
+    ContentTemplate(std::string text, std::size_t column, const std::vector<ColumnValue>& values, Pro& pro,
+                    NestedGrids& nested);
+
+    // Appends the content for the current record. `row`: 0-based place on the page.
+    void append(std::string& out, std::int16_t row) const;
+
+    // False when filling it has effects of its own: it has an expression or a nested grid.
+    bool is_repeatable() const noexcept;
+
+private:
+    // The nested grid of the content: its name, its source and its query, in which the columns' tags are
+    // filled, too. Without a source there is none.
+    struct Nested {
+        std::string grid;
+        Ref<DbSource> source;
+        std::string sql;
+    };
+
+    SlottedText compile();
+    bool append_compiled(std::string& out) const;
+    std::string fill_columns(Nested& nested) const;
+    Nested find_nested() const;
+    std::string render(Nested& nested, std::int16_t row) const;
+
+    std::string text_;
+    std::size_t column_;
+    const std::vector<ColumnValue>& values_;
+    Pro& pro_;
+    NestedGrids& nested_;
+    bool late_tags_ = true; // it has tags that are filled after the columns, or may get them
+    SlottedText columns_;   // empty: step by step
+};
+
+} // namespace tabrixdb
