@@ -1,6 +1,6 @@
 <!-- #include file="connect.inc" --><%
 ' One column in its control: `view` its specification, `v` its value, `items` another column of the record.
-If Request("tag") = "" Then db.GridEditMode = "GRID"
+db.GridEditMode = "GRID"
 db.CreateSource "s", "select '" & Replace(Request("v"), "'", "''") & "' as ""the v"", 'a,b~Bee,c ~ C&C' as items, id from items where id < " & Request("rows") + 2, "shop"
 With db.Source("s").Fields("the v")
     If Request("view") <> "" Then .ViewEdit = Request("view")
