@@ -41,7 +41,7 @@ void append_padded(std::string& out, int value, int width) {
 void append_field(std::string& out, const DateParts& parts, char letter, std::size_t count) {
     const Locale& locale = Locale::current();
     if (letter == 'y')
-        return count > 2 ? append_padded(out, parts.year, 4) : append_padded(out, parts.year % 100, 2);
+        return count > 2 ? append_whole(out, parts.year) : append_padded(out, parts.year % 100, 2);
     if (letter == 'd' && count > 2) {
         const auto& names = count == 3 ? locale.short_weekdays : locale.weekdays;
         out.append(names[static_cast<std::size_t>(parts.weekday - 1)]);

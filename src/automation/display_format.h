@@ -1,5 +1,6 @@
 #pragma once
 
+#include "automation/display_format_section.h"
 #include "automation/variant.h"
 
 #include <string>
@@ -8,8 +9,6 @@
 
 namespace tabrixdb {
 
-struct Decimal;
-
 // A display format, parsed once and applied to any number of values: a named format ("Currency", "Short
 // Date", "Yes/No", ...) or a user-defined one for numbers ("#,##0.00;(0.00);zero;null"), dates
 // ("dd mmm yyyy hh:nn") or text ("@@@-@@@"). The first placeholder decides which of the three it is. Weeks
@@ -17,24 +16,15 @@ struct Decimal;
 // current Locale.
 class DisplayFormat {
 public:
-    enum class Kind : unsigned char { General, Number, Date, Text };
-
-    // One placeholder or literal. `code`: the placeholder in lower case, or kLiteral with its text.
-    struct Token {
-        static constexpr char kLiteral = 'L';
-        char code = kLiteral;
-        std::string text; // a literal's text; a placeholder as written ("yyyy", "E+", "AM/PM")
-    };
-
-    using Section = std::vector<Token>;
-
     // Any text is a format; "" shows values as they are.
     explicit DisplayFormat(std::string_view format);
 
-    bool empty() const noexcept { return kind_ == Kind::General && named_ == nullptr; }
+    bool empty() const noexcept { return kind_ == FormatKind::General && named_ == nullptr; }
 
-    // Appends the value in this format. Text that is no number or date, where the format wants one, is
-    // appended as it is; Null and Empty take the format's section for them, or give nothing.
+    // Appends the value in this format. What is no number or date, where the format wants one, is appended
+    // as it is: text, and numbers out of the range of dates. Empty is 0 in formats of numbers and dates. Null
+    // takes the format's section for it, or gives nothing. Raises what the default member of an object
+    // raises.
     void append(std::string& out, const Variant& value) const;
 
 private:
@@ -42,16 +32,11 @@ private:
     void append_date_format(std::string& out, const Variant& value) const;
     void append_text_format(std::string& out, const Variant& value) const;
     // The section at `index` if it is there and not empty; a section left empty is that of the first.
-    const Section* section(std::size_t index) const noexcept;
+    const FormatSection* section(std::size_t index) const noexcept;
 
-    Kind kind_ = Kind::General;
-    void (*named_)(std::string& out, const Variant& value) = nullptr;
-    std::vector<Section> sections_;
+    FormatKind kind_ = FormatKind::General;
+    NamedFormat named_ = nullptr;
+    std::vector<FormatSection> sections_;
 };
-
-// The user-defined kinds, one source file each. `number` comes without its sign, which the caller writes.
-void append_number_section(std::string& out, Decimal number, const DisplayFormat::Section& section);
-void append_date_section(std::string& out, double days, const DisplayFormat::Section& section);
-void append_text_section(std::string& out, std::string_view text, const DisplayFormat::Section& section);
 
 } // namespace tabrixdb

@@ -1,6 +1,7 @@
 #include "automation/conversions.h"
-#include "automation/display_format.h"
+#include "automation/display_format_section.h"
 #include "automation/locale.h"
+#include "automation/number_text.h"
 
 namespace tabrixdb {
 
@@ -24,48 +25,35 @@ void two_digits(std::string& out, int value) {
 
 class DateWriter {
 public:
-    DateWriter(std::string& out, double days, const DisplayFormat::Section& section)
+    DateWriter(std::string& out, double days, const FormatSection& section)
         : out_(out),
           days_(days),
           parts_(date_parts(days)),
-          section_(section) {
-        for (const DisplayFormat::Token& token : section)
-            half_days_ = half_days_ || token.code == 'a';
-    }
+          section_(section) {}
 
     void write() {
-        for (std::size_t i = 0; i < section_.size(); ++i)
-            write(section_[i], i);
+        for (const FormatToken& token : section_.tokens)
+            write(token);
     }
 
 private:
-    void number(const DisplayFormat::Token& token, int value) {
+    void number(const FormatToken& token, int value) {
         if (token.text.size() == 1)
-            out_ += std::to_string(value);
+            append_whole(out_, value);
         else
             two_digits(out_, value);
     }
 
-    // "m" is the month, but right after hours (with only separators between) the minute.
-    bool follows_hours(std::size_t index) const {
-        while (index-- > 0) {
-            const char code = section_[index].code;
-            if (code != ':' && code != DisplayFormat::Token::kLiteral)
-                return code == 'h';
-        }
-        return false;
-    }
-
     int clock_hour() const {
-        if (!half_days_)
+        if (!section_.half_days)
             return parts_.hour;
         return parts_.hour % 12 == 0 ? 12 : parts_.hour % 12;
     }
 
-    void write(const DisplayFormat::Token& token, std::size_t index) {
+    void write(const FormatToken& token) {
         const Locale& locale = Locale::current();
         switch (token.code) {
-        case DisplayFormat::Token::kLiteral:
+        case FormatToken::kLiteral:
             out_ += token.text;
             break;
         case '/':
@@ -78,19 +66,16 @@ private:
             write_day(token);
             break;
         case 'm':
-            if (token.text.size() <= 2 && follows_hours(index))
-                number(token, parts_.minute);
-            else
-                write_month(token);
+            write_month(token);
             break;
         case 'y':
             write_year(token);
             break;
         case 'q':
-            out_ += std::to_string((parts_.month - 1) / 3 + 1);
+            append_whole(out_, (parts_.month - 1) / 3 + 1);
             break;
         case 'w':
-            out_ += std::to_string(token.text.size() == 1 ? parts_.weekday : week_of_year(parts_));
+            append_whole(out_, token.text.size() == 1 ? parts_.weekday : week_of_year(parts_));
             break;
         case 'h':
             number(token, clock_hour());
@@ -102,10 +87,10 @@ private:
             number(token, parts_.second);
             break;
         case 'c':
-            out_ += date_text(days_);
+            append_date_text(out_, days_);
             break;
         case 't':
-            write_time(token);
+            append_time(out_, parts_);
             break;
         case 'a':
             write_half_day(token);
@@ -115,9 +100,7 @@ private:
         }
     }
 
-    void pattern(std::string_view text) { DisplayFormat(text).append(out_, Variant::date(days_)); }
-
-    void write_day(const DisplayFormat::Token& token) {
+    void write_day(const FormatToken& token) {
         const Locale& locale = Locale::current();
         const auto weekday = static_cast<std::size_t>(parts_.weekday - 1);
         switch (token.text.size()) {
@@ -132,14 +115,14 @@ private:
             out_ += locale.weekdays[weekday];
             break;
         case 5:
-            pattern(locale.short_date);
+            append_date(out_, parts_, locale.short_date);
             break;
         default:
-            pattern(locale.long_date);
+            append_date(out_, parts_, locale.long_date);
         }
     }
 
-    void write_month(const DisplayFormat::Token& token) {
+    void write_month(const FormatToken& token) {
         const auto month = static_cast<std::size_t>(parts_.month - 1);
         switch (token.text.size()) {
         case 1:
@@ -154,32 +137,20 @@ private:
         }
     }
 
-    void write_year(const DisplayFormat::Token& token) {
+    void write_year(const FormatToken& token) {
         switch (token.text.size()) {
         case 1:
-            out_ += std::to_string(day_of_year(parts_));
+            append_whole(out_, day_of_year(parts_));
             break;
         case 2:
             two_digits(out_, parts_.year);
             break;
-        default: {
-            const std::string year = std::to_string(parts_.year);
-            out_ += std::string(year.size() < 4 ? 4 - year.size() : 0, '0') + year;
-        }
+        default:
+            append_whole(out_, parts_.year);
         }
     }
 
-    // "ttttt" is the whole time; fewer are not a placeholder.
-    void write_time(const DisplayFormat::Token& token) {
-        if (token.text.size() < 5)
-            out_ += token.text;
-        else if (Locale::current().clock_24)
-            pattern("hh:nn:ss");
-        else
-            pattern("h:nn:ss AM/PM");
-    }
-
-    void write_half_day(const DisplayFormat::Token& token) {
+    void write_half_day(const FormatToken& token) {
         const bool afternoon = parts_.hour >= 12;
         const Locale& locale = Locale::current();
         if (token.text.size() == 4) { // AMPM: the Locale's own words
@@ -194,13 +165,12 @@ private:
     std::string& out_;
     double days_;
     DateParts parts_;
-    const DisplayFormat::Section& section_;
-    bool half_days_ = false;
+    const FormatSection& section_;
 };
 
 } // namespace
 
-void append_date_section(std::string& out, double days, const DisplayFormat::Section& section) {
+void append_date_section(std::string& out, double days, const FormatSection& section) {
     DateWriter(out, days, section).write();
 }
 

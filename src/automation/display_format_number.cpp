@@ -1,4 +1,4 @@
-#include "automation/display_format.h"
+#include "automation/display_format_section.h"
 #include "automation/locale.h"
 #include "automation/number_text.h"
 
@@ -8,52 +8,8 @@ namespace tabrixdb {
 
 namespace {
 
-// What the placeholders of one section say, before a number is laid out by them.
-struct Shape {
-    int whole = 0;          // placeholders before the decimal point
-    int decimals = 0;       // after it
-    int required_whole = 0; // places before the point that show a zero: from the first "0" on
-    int required_decimals = 0;
-    int scale = 0; // powers of ten: + for each "%", - for each thousand left of the point
-    bool groups = false;
-    bool point = false;
-    const std::string* exponent = nullptr; // "E+", "e-", ...
-    int exponent_digits = 0;
-};
-
 bool is_digit_place(char code) {
     return code == '0' || code == '#';
-}
-
-Shape shape_of(const DisplayFormat::Section& section) {
-    Shape shape;
-    int commas = 0; // since the last digit place before the point
-    for (const DisplayFormat::Token& token : section) {
-        if (shape.exponent && is_digit_place(token.code)) {
-            ++shape.exponent_digits;
-        } else if (is_digit_place(token.code) && shape.point) {
-            ++shape.decimals;
-            if (token.code == '0')
-                shape.required_decimals = shape.decimals;
-        } else if (is_digit_place(token.code)) {
-            ++shape.whole;
-            if (token.code == '0' || shape.required_whole > 0)
-                ++shape.required_whole;
-            if (commas > 0)
-                shape.groups = true;
-            commas = 0;
-        } else if (token.code == ',' && !shape.point && shape.whole > 0) {
-            ++commas;
-        } else if (token.code == '.') {
-            shape.point = true;
-        } else if (token.code == '%') {
-            shape.scale += 2;
-        } else if (token.code == 'e') {
-            shape.exponent = &token.text;
-        }
-    }
-    shape.scale -= 3 * commas; // commas with nothing but the point behind them divide by thousands
-    return shape;
 }
 
 // A number split at its point, padded to the places that have to be shown.
@@ -62,7 +18,7 @@ struct Digits {
     std::string decimals;
 };
 
-Digits lay_out(const Decimal& number, const Shape& shape) {
+Digits lay_out(const Decimal& number, const NumberShape& shape) {
     Digits digits;
     const int size = static_cast<int>(number.digits.size());
     for (int i = 0; i < std::max(number.point, 0); ++i)
@@ -78,7 +34,7 @@ Digits lay_out(const Decimal& number, const Shape& shape) {
 }
 
 // Takes so much of the exponent out of a number that its whole part fills the places before the point.
-int normalise(Decimal& number, const Shape& shape) {
+int normalise(Decimal& number, const NumberShape& shape) {
     if (number.digits.empty())
         return 0;
     const int places = std::max(shape.whole, shape.point || shape.whole > 0 ? shape.whole : 1);
@@ -96,21 +52,21 @@ int normalise(Decimal& number, const Shape& shape) {
 
 class NumberWriter {
 public:
-    NumberWriter(std::string& out, const Shape& shape, Digits digits, int exponent)
+    NumberWriter(std::string& out, const NumberShape& shape, Digits digits, int exponent)
         : out_(out),
           shape_(shape),
           digits_(std::move(digits)),
           exponent_(exponent),
           place_(shape.whole) {}
 
-    void write(const DisplayFormat::Section& section) {
-        for (const DisplayFormat::Token& token : section) {
-            if (token.code == DisplayFormat::Token::kLiteral)
+    void write(const FormatSection& section) {
+        for (const FormatToken& token : section.tokens) {
+            if (token.code == FormatToken::kLiteral)
                 out_ += token.text;
             else if (token.code == '%')
                 out_ += '%';
             else if (token.code == 'e')
-                write_exponent();
+                write_exponent(token.text);
             else if (token.code == '.')
                 write_point();
             else if (is_digit_place(token.code) && !in_exponent_)
@@ -136,8 +92,6 @@ private:
     }
 
     void write_point() {
-        if (in_decimals_)
-            return;
         if (shape_.whole == 0)
             out_ += digits_.whole;
         out_ += Locale::current().decimal;
@@ -149,23 +103,21 @@ private:
             out_ += digits_.decimals[decimal_++];
     }
 
-    void write_exponent() {
-        const std::string& mark = *shape_.exponent;
+    void write_exponent(std::string_view mark) {
         out_ += mark[0];
         if (exponent_ < 0)
             out_ += '-';
         else if (mark[1] == '+')
             out_ += '+';
-        std::string digits = std::to_string(std::abs(exponent_));
-        const auto wanted = static_cast<std::size_t>(shape_.exponent_digits);
-        if (digits.size() < wanted)
-            digits.insert(0, wanted - digits.size(), '0');
-        out_ += digits;
+        std::string digits;
+        append_whole(digits, std::abs(exponent_));
+        const auto required = static_cast<std::size_t>(shape_.required_exponent);
+        out_.append(required > digits.size() ? required - digits.size() : 0, '0').append(digits);
         in_exponent_ = true;
     }
 
     std::string& out_;
-    const Shape& shape_;
+    const NumberShape& shape_;
     Digits digits_;
     int exponent_;
     int place_; // whole places still to come
@@ -176,8 +128,8 @@ private:
 
 } // namespace
 
-void append_number_section(std::string& out, Decimal number, const DisplayFormat::Section& section) {
-    const Shape shape = shape_of(section);
+void append_number_section(std::string& out, Decimal number, const FormatSection& section) {
+    const NumberShape& shape = section.number;
     if (!number.digits.empty())
         number.point += shape.scale;
     int exponent = 0;

@@ -1,4 +1,4 @@
-#include "automation/display_format.h"
+#include "automation/display_format_section.h"
 #include "automation/text.h"
 
 #include <algorithm>
@@ -7,54 +7,65 @@ namespace tabrixdb {
 
 namespace {
 
-bool has(const DisplayFormat::Section& section, char code) {
-    return std::ranges::any_of(section,
-                               [&](const DisplayFormat::Token& token) { return token.code == code; });
-}
+// Places are filled from the right unless "!" says from the left, so those that stay empty are the first or
+// the last ones: an empty "@" is a blank, an empty "&" nothing. What finds no place follows at the end.
+class TextWriter {
+public:
+    TextWriter(std::string& out, std::string_view text, const TextShape& shape)
+        : out_(out),
+          rest_(text),
+          empty_(shape.places - std::min(shape.places, characters(text, shape.places))),
+          first_empty_(shape.from_left ? shape.places - empty_ : 0) {}
 
-bool is_place(const DisplayFormat::Token& token) {
-    return token.code == '@' || token.code == '&';
-}
+    void write(const std::vector<FormatToken>& tokens) {
+        for (const FormatToken& token : tokens)
+            if (token.code == FormatToken::kLiteral)
+                out_ += token.text;
+            else if (token.code == '@' || token.code == '&')
+                write_place(token.code);
+        out_ += rest_;
+    }
+
+private:
+    // The characters of a text, but no more than `most` are counted.
+    static std::size_t characters(std::string_view text, std::size_t most) {
+        std::size_t count = 0;
+        for (std::size_t at = 0; at < text.size() && count < most; ++count)
+            next_code_point(text, at);
+        return count;
+    }
+
+    void write_place(char code) {
+        const bool is_empty = place_ >= first_empty_ && place_ < first_empty_ + empty_;
+        ++place_;
+        if (!is_empty)
+            take();
+        else if (code == '@')
+            out_ += ' ';
+    }
+
+    void take() {
+        std::size_t end = 0;
+        next_code_point(rest_, end);
+        out_ += rest_.substr(0, end);
+        rest_.remove_prefix(end);
+    }
+
+    std::string& out_;
+    std::string_view rest_;
+    std::size_t empty_; // places
+    std::size_t first_empty_;
+    std::size_t place_ = 0;
+};
 
 } // namespace
 
-// Places are filled from the right unless "!" says from the left; an empty "@" is a blank, an empty "&"
-// nothing; what finds no place is written where the filling ends.
-void append_text_section(std::string& out, std::string_view text, const DisplayFormat::Section& section) {
-    const std::string shown = has(section, '>')   ? upper(text)
-                              : has(section, '<') ? lower(text)
-                                                  : std::string(text);
-    const auto places = static_cast<std::size_t>(std::ranges::count_if(section, is_place));
-    const std::size_t units = utf16_length(shown);
-    const bool from_left = has(section, '!');
-    const std::size_t empty = places > units ? places - units : 0; // places that stay empty
-    std::size_t at = 0;
-    const auto take = [&] {
-        if (at < shown.size()) {
-            std::size_t next = at;
-            next_code_point(shown, next);
-            out.append(shown, at, next - at);
-            at = next;
-        }
-    };
-    std::size_t place = 0;
-    for (const DisplayFormat::Token& token : section) {
-        if (token.code == DisplayFormat::Token::kLiteral)
-            out += token.text;
-        if (!is_place(token))
-            continue;
-        const bool is_empty = from_left ? place >= units : place < empty;
-        if (is_empty && token.code == '@')
-            out += ' ';
-        if (!is_empty) {
-            if (!from_left && place == 0)
-                for (std::size_t more = places; more < units; ++more)
-                    take();
-            take();
-        }
-        ++place;
-    }
-    out.append(shown, std::min(at, shown.size()));
+void append_text_section(std::string& out, std::string_view text, const FormatSection& section) {
+    const char letter_case = section.text.letter_case;
+    if (letter_case == 0)
+        return TextWriter(out, text, section.text).write(section.tokens);
+    const std::string shown = letter_case == '>' ? upper(text) : lower(text);
+    TextWriter(out, shown, section.text).write(section.tokens);
 }
 
 } // namespace tabrixdb
