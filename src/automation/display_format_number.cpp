@@ -37,7 +37,7 @@ Digits lay_out(const Decimal& number, const NumberShape& shape) {
 int normalise(Decimal& number, const NumberShape& shape) {
     if (number.digits.empty())
         return 0;
-    const int places = std::max(shape.whole, shape.point || shape.whole > 0 ? shape.whole : 1);
+    const int places = shape.whole > 0 || shape.point ? shape.whole : 1;
     const auto to_places = [&] {
         const int exponent = number.point - places;
         number.point = places;

@@ -214,12 +214,19 @@ bool half_day_amid_parts(const Difference& difference) {
     return std::ranges::any_of(all, is_half_day) && !is_half_day(all.back());
 }
 
-bool month_some_way_after_hours(const Difference& difference) {
+bool is_minute_or_month(const FormatToken& token) {
+    return equal_ignore_case(token.text, "m") || equal_ignore_case(token.text, "mm");
+}
+
+// An "m" after hours that is the month, or another one after that which is the minute.
+bool later_than_right_after_hours(const Difference& difference) {
     if (!is_user_defined(difference.pair, FormatKind::Date))
         return false;
     const std::vector<FormatToken> all = tokens(difference.pair);
-    return std::any_of(std::ranges::find_if(all, is_hours), all.end(),
-                       [](const FormatToken& token) { return token.code == 'm' && token.text.size() <= 2; });
+    const auto hours = std::ranges::find_if(all, is_hours);
+    const auto first = std::find_if(hours, all.end(), is_minute_or_month);
+    return first != all.end() &&
+           (first->code == 'm' || std::any_of(first + 1, all.end(), is_minute_or_month));
 }
 
 bool five_months(const Difference& difference) {
@@ -314,8 +321,8 @@ constexpr auto kDeviations = std::to_array<Deviation>({
      "others.",
      hours_by_half_days},
     {"Documented: AM, PM, A or P stand anywhere in a format. Wine fails for some.", half_day_amid_parts},
-    {"Documented: \"m\" immediately after hours is the minute. Wine shows it for a later one as well.",
-     month_some_way_after_hours},
+    {"Documented: \"m\" immediately after hours is the minute. Wine takes the first after the first hours.",
+     later_than_right_after_hours},
     {"\"mmmmm\" is \"mmmm\" and \"m\". Wine shows the day of the year.", five_months},
     {"Text that is a number is a day number. Wine leaves it as it is, or reads 12.5 as five past twelve.",
      numeric_text_as_date},
