@@ -1,4 +1,5 @@
 #include "automation/conversions.h"
+#include "automation/display_format.h"
 #include "automation/display_format_section.h"
 #include "automation/number_text.h"
 #include "tests/wine/deviation.h"
@@ -14,17 +15,18 @@ namespace {
 
 // --- Formats -----------------------------------------------------------------------------------------------
 
-template <std::size_t Count>
-bool is_named(const Pair& pair, const std::array<std::string_view, Count>& names) {
-    return std::ranges::any_of(names,
-                               [&](std::string_view name) { return equal_ignore_case(name, pair.format); });
+bool is_named(const Pair& pair, std::string_view name) {
+    return equal_ignore_case(name, pair.format);
 }
 
-constexpr std::array<std::string_view, 9> kNumberNames{"General Number", "Currency", "Fixed",
-                                                       "Standard",       "Percent",  "Scientific",
-                                                       "Yes/No",         "On/Off",   "True/False"};
-constexpr std::array<std::string_view, 7> kDateNames{
-    "General Date", "Long Date", "Medium Date", "Short Date", "Long Time", "Medium Time", "Short Time"};
+bool is_one_of(const Pair& pair, std::span<const std::string_view> names) {
+    return std::ranges::any_of(names, [&](std::string_view name) { return is_named(pair, name); });
+}
+
+constexpr std::string_view kNumberNames[] = {"General Number", "Currency", "Fixed",  "Standard",  "Percent",
+                                             "Scientific",     "Yes/No",   "On/Off", "True/False"};
+constexpr std::string_view kDateNames[] = {"General Date", "Long Date",   "Medium Date", "Short Date",
+                                           "Long Time",    "Medium Time", "Short Time"};
 
 ReadFormat read(const Pair& pair) {
     return read_format(pair.format);
@@ -35,11 +37,11 @@ bool is_user_defined(const Pair& pair, FormatKind kind) {
 }
 
 bool is_number_format(const Pair& pair) {
-    return is_named(pair, kNumberNames) || is_user_defined(pair, FormatKind::Number);
+    return is_one_of(pair, kNumberNames) || is_user_defined(pair, FormatKind::Number);
 }
 
 bool is_date_format(const Pair& pair) {
-    return is_named(pair, kDateNames) || is_user_defined(pair, FormatKind::Date);
+    return is_one_of(pair, kDateNames) || is_user_defined(pair, FormatKind::Date);
 }
 
 bool is_text_format(const Pair& pair) {
@@ -88,18 +90,42 @@ std::string text_of(const Pair& pair) {
     return text;
 }
 
-bool has_other_letters(std::string_view text) {
-    return std::ranges::any_of(text, [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
-}
-
 bool is_shorter_than_places(const Pair& pair) {
     return utf16_length(text_of(pair)) < read(pair).sections.front().text.places;
+}
+
+// --- Answers -----------------------------------------------------------------------------------------------
+
+std::string replaced(std::string text, std::string_view from, std::string_view to) {
+    for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
+        text.replace(at, from.size(), to);
+    return text;
+}
+
+std::string shown(const Variant& value, std::string_view format) {
+    std::string out;
+    DisplayFormat(format).append(out, value);
+    return out;
+}
+
+bool is_same_but_for_case(const Difference& difference) {
+    return lower(difference.ours) == lower(difference.wine);
+}
+
+// The same characters in another order, perhaps of another case or with more or fewer blanks.
+bool is_rearranged(const Difference& difference) {
+    std::string ours = lower(replaced(difference.ours, " ", ""));
+    std::string wine = lower(replaced(difference.wine, " ", ""));
+    std::ranges::sort(ours);
+    std::ranges::sort(wine);
+    return ours == wine;
 }
 
 // --- Numbers -----------------------------------------------------------------------------------------------
 
 bool date_by_number_format(const Difference& difference) {
-    return difference.pair.value.type() == Type::Date && is_number_format(difference.pair);
+    return difference.pair.value.type() == Type::Date && is_number_format(difference.pair) &&
+           difference.wine == text_of(difference.pair);
 }
 
 bool empty_by_sections(const Difference& difference) {
@@ -108,8 +134,8 @@ bool empty_by_sections(const Difference& difference) {
 }
 
 bool general_number_of_text(const Difference& difference) {
-    return is_named(difference.pair, std::array<std::string_view, 1>{"General Number"}) &&
-           is_numeric_text(difference.pair);
+    return is_named(difference.pair, "General Number") && is_numeric_text(difference.pair) &&
+           difference.wine == text_of(difference.pair);
 }
 
 bool scaled_by_commas(const Difference& difference) {
@@ -117,10 +143,9 @@ bool scaled_by_commas(const Difference& difference) {
 }
 
 bool percent_before_places(const Difference& difference) {
-    if (!is_user_defined(difference.pair, FormatKind::Number))
-        return false;
     const std::string& format = difference.pair.format;
-    return format.find('%') < format.find_first_of("0#");
+    return is_user_defined(difference.pair, FormatKind::Number) &&
+           format.find('%') < format.find_first_of("0#");
 }
 
 bool rounded_up_from_less_than_one(const Difference& difference) {
@@ -150,7 +175,7 @@ bool zero_with_exponent(const Difference& difference) {
 
 bool literal_before_negative_number(const Difference& difference) {
     const Pair& pair = difference.pair;
-    return is_user_defined(pair, FormatKind::Number) && is_negative(pair) &&
+    return is_user_defined(pair, FormatKind::Number) && is_negative(pair) && is_rearranged(difference) &&
            tokens(pair).front().code == FormatToken::kLiteral;
 }
 
@@ -176,18 +201,26 @@ bool vanishing_decimals(const Difference& difference) {
 // --- Dates -------------------------------------------------------------------------------------------------
 
 bool medium_date(const Difference& difference) {
-    return is_named(difference.pair, std::array<std::string_view, 1>{"Medium Date"});
+    return is_named(difference.pair, "Medium Date") &&
+           difference.wine == shown(difference.pair.value, "Long Date");
 }
 
 bool time_of_midnight(const Difference& difference) {
     const Pair& pair = difference.pair;
-    const bool shows_time = is_named(pair, std::array<std::string_view, 1>{"Long Time"}) ||
-                            (is_user_defined(pair, FormatKind::Date) && has_token(pair, "ttttt"));
-    return shows_time && difference.ours.find("12:00:00 AM") != std::string::npos;
+    return (is_named(pair, "Long Time") || is_user_defined(pair, FormatKind::Date)) &&
+           replaced(difference.ours, "12:00:00 AM", "") == difference.wine;
 }
 
 bool week_of_year(const Difference& difference) {
-    return is_user_defined(difference.pair, FormatKind::Date) && has_token(difference.pair, "ww");
+    const std::optional<double> days = displayed_date(difference.pair.value);
+    if (!days || !is_user_defined(difference.pair, FormatKind::Date) || !has_token(difference.pair, "ww"))
+        return false;
+    const int week = std::stoi(shown(Variant::date(*days), "ww"));
+    return std::ranges::any_of(std::array{week - 1, week + 1}, [&](int wrong) {
+        const std::string literal = '"' + std::to_string(wrong) + '"';
+        const std::string format = replaced(difference.pair.format, "ww", literal);
+        return difference.wine == shown(Variant::date(*days), format);
+    });
 }
 
 bool is_hours(const FormatToken& token) {
@@ -235,7 +268,10 @@ bool five_months(const Difference& difference) {
 }
 
 bool numeric_text_as_date(const Difference& difference) {
-    return is_numeric_text(difference.pair) && is_date_format(difference.pair);
+    const std::string text = text_of(difference.pair);
+    const bool has_point = text.find('.') != std::string::npos; // or it is hours.minutes
+    return is_numeric_text(difference.pair) && is_date_format(difference.pair) &&
+           (has_point || difference.wine == text);
 }
 
 bool empty_text_as_date(const Difference& difference) {
@@ -252,22 +288,22 @@ bool currency_beyond_dates(const Difference& difference) {
 
 bool lower_case_without_being_told(const Difference& difference) {
     return is_text_format(difference.pair) && !read(difference.pair).sections.front().text.letter_case &&
-           difference.ours != difference.wine && lower(difference.ours) == lower(difference.wine);
+           is_same_but_for_case(difference);
 }
 
 bool case_of_other_letters(const Difference& difference) {
     return is_text_format(difference.pair) && read(difference.pair).sections.front().text.letter_case != 0 &&
-           has_other_letters(text_of(difference.pair));
+           is_same_but_for_case(difference);
 }
 
 bool filled_from_left(const Difference& difference) {
     return is_text_format(difference.pair) && read(difference.pair).sections.front().text.from_left &&
-           is_shorter_than_places(difference.pair);
+           is_shorter_than_places(difference.pair) && is_rearranged(difference);
 }
 
 bool optional_places_from_right(const Difference& difference) {
     return is_text_format(difference.pair) && has_token(difference.pair, "&") &&
-           is_shorter_than_places(difference.pair);
+           is_shorter_than_places(difference.pair) && is_rearranged(difference);
 }
 
 bool truth_as_text(const Difference& difference) {
