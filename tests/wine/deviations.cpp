@@ -212,8 +212,10 @@ bool time_of_midnight(const Difference& difference) {
 }
 
 bool week_of_year(const Difference& difference) {
+    if (!is_user_defined(difference.pair, FormatKind::Date) || !has_token(difference.pair, "ww"))
+        return false;
     const std::optional<double> days = displayed_date(difference.pair.value);
-    if (!days || !is_user_defined(difference.pair, FormatKind::Date) || !has_token(difference.pair, "ww"))
+    if (!days)
         return false;
     const int week = std::stoi(shown(Variant::date(*days), "ww"));
     return std::ranges::any_of(std::array{week - 1, week + 1}, [&](int wrong) {
