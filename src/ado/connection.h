@@ -26,6 +26,10 @@ public:
         return session_ && session_->is_open() ? platform::kStateOpen : platform::kStateClosed;
     }
 
+    std::int32_t begin_transaction() override;
+    void commit_transaction() override;
+    void rollback_transaction() override;
+
     std::vector<platform::DataError> errors() const override;
 
     // Error 3709 when it is closed.
@@ -37,10 +41,6 @@ private:
     void open_from_page(const std::string& connection_string, const std::string& user,
                         const std::string& password, std::int32_t options);
     Ref<Recordset> execute(const std::string& sql, Variant& records_affected, std::int32_t options);
-    std::int32_t begin_transaction();
-    void commit_transaction();
-    void rollback_transaction();
-
     Ref<Errors> error_objects();
 
     std::string connection_string() const { return connection_string_; }

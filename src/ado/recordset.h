@@ -79,6 +79,8 @@ public:
 
     void update() override { result().update(); }
 
+    void cancel_update() override { result().cancel_update(); }
+
     void remove() override { result().remove(); }
 
     std::string get_string(std::int32_t rows, std::string_view column_delimiter,
@@ -141,8 +143,6 @@ private:
     void add_new_from_page(const Variant& fields, const Variant& values);
     void update_from_page(const Variant& fields, const Variant& values);
     void assign(const Variant& fields, const Variant& values);
-
-    void cancel_update() { result().cancel_update(); }
 
     void remove_from_page(std::int32_t affected);
     Variant get_rows(std::int32_t rows, const Variant& start, const Variant& fields);

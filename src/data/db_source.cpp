@@ -40,12 +40,12 @@ DbField& DbSource::field_at(std::size_t index) const {
     return *fields->get<DbField>(static_cast<std::int32_t>(index) + 1);
 }
 
-void DbSource::make_fields(platform::Connection& connection) {
+void DbSource::make_fields() {
     for (const platform::Column& column : records().columns()) {
         auto made = make_ref<DbField>();
         made->name = column.name;
         made->can_be_null = (column.attributes & platform::kFieldIsNullable) != 0;
-        made->connection = Ref(&connection);
+        made->connection = connection;
         made->updatable = (column.attributes & platform::kFieldUpdatable) != 0;
         fields->add(made, column.name);
     }

@@ -19,7 +19,8 @@ public:
     DbSource();
     const ClassInfo& class_info() const override;
 
-    Ref<platform::Recordset> recordset; // closed until the source is opened; empty after clean-up
+    Ref<platform::Connection> connection; // on which it was opened
+    Ref<platform::Recordset> recordset;   // closed until the source is opened; empty after clean-up
     Ref<Collection> fields = make_ref<Collection>(); // DbField, keyed by column name, in column order
     bool dynamic = false;
     bool dynamic_source_open = false;
@@ -35,8 +36,8 @@ public:
     // The field at that place; Error 9 when there are fewer, 91 as above.
     DbField& field_at(std::size_t index) const;
     // Makes one DbField a column of the open recordset. Error 457 for a column name that occurs twice.
-    // Lookups of their controls run on `connection`, unless the page gives them another.
-    void make_fields(platform::Connection& connection);
+    // Lookups of their controls run on the source's connection, unless the page gives them another.
+    void make_fields();
 };
 
 } // namespace tabrixdb

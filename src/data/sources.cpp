@@ -12,8 +12,13 @@ namespace tabrixdb {
 
 namespace {
 
-platform::Connection& connection_of(Pro& pro, std::string_view id) {
-    return *pro.connections->get<platform::Connection>(id);
+// Opens a source on the connection of that name and makes its fields.
+void open(DbSource& source, Pro& pro, const std::string& sql, std::string_view connection_id,
+          const SourceOptions& options) {
+    source.connection = pro.connections->get<platform::Connection>(connection_id);
+    source.records().open(sql, *source.connection, static_cast<platform::CursorType>(options.cursor_type),
+                          static_cast<platform::LockType>(options.lock_type), options.options);
+    source.make_fields();
 }
 
 // One of the column's extremes, by a query of its own; 0 when the column holds nothing.
@@ -30,14 +35,14 @@ std::int32_t extreme(platform::Connection& connection, std::string_view function
 }
 
 // The bounds of every numeric column, between which bar graphs are scaled.
-void find_extremes(const DbSource& source, platform::Connection& connection, std::string_view sql) {
+void find_extremes(const DbSource& source, std::string_view sql) {
     const std::string table = table_name(sql);
     for (const platform::Column& column : source.records().columns()) {
         if (platform::type_class(column.type) != platform::TypeClass::Number)
             continue;
         DbField& field = source.field_of(column.name);
-        field.min = extreme(connection, "Min", column.name, table);
-        field.max = extreme(connection, "Max", column.name, table);
+        field.min = extreme(*source.connection, "Min", column.name, table);
+        field.max = extreme(*source.connection, "Max", column.name, table);
     }
 }
 
@@ -66,12 +71,9 @@ void create_source(Pro& pro, const std::string& id, const std::string& sql, cons
                    const SourceOptions& options) {
     const auto source = make_ref<DbSource>();
     source->recordset->set_cursor_location(static_cast<platform::CursorLocation>(options.cursor_location));
-    platform::Connection& connection = connection_of(pro, connection_id);
-    source->recordset->open(sql, connection, static_cast<platform::CursorType>(options.cursor_type),
-                            static_cast<platform::LockType>(options.lock_type), options.options);
-    source->make_fields(connection);
+    open(*source, pro, sql, connection_id, options);
     if (pro.bar_graph)
-        find_extremes(*source, connection, sql);
+        find_extremes(*source, sql);
     pro.sources->add(source, id);
     if (request().value(id + "_command") == "filter_source_clear")
         clear_filter(id);
@@ -93,15 +95,11 @@ void create_dynamic_source(Pro& pro, const std::string& id, const std::string& s
 void open_dynamic_source(Pro& pro, const std::string& id) {
     guard("Open Dynamic Source", [&] {
         const Ref<DbSource> source = pro.sources->get<DbSource>(id);
-        platform::Connection& connection = connection_of(pro, source->dynamic_connection_id);
-        platform::Recordset& records = source->records();
-        records.set_cursor_location(platform::CursorLocation::Client);
-        records.open(source->dynamic_sql, connection,
-                     static_cast<platform::CursorType>(source->dynamic_cursor_type),
-                     static_cast<platform::LockType>(source->dynamic_lock_type), -1);
+        source->records().set_cursor_location(platform::CursorLocation::Client);
+        open(*source, pro, source->dynamic_sql, source->dynamic_connection_id,
+             {.cursor_type = source->dynamic_cursor_type, .lock_type = source->dynamic_lock_type});
         source->dynamic_source_open = true;
-        source->make_fields(connection);
-        for (const platform::Column& column : records.columns())
+        for (const platform::Column& column : source->records().columns())
             take_settings(source->field_of(column.name), GridState(session(), id + "_" + column.name));
     });
 }

@@ -72,6 +72,11 @@ public:
                       std::int32_t options) = 0;
     virtual void close() = 0;
     virtual std::int32_t state() const = 0; // kStateOpen or kStateClosed
+    // What is written between the beginning and the commit is written at once, or with a rollback not at all.
+    // The number: how deep transactions are nested now.
+    virtual std::int32_t begin_transaction() = 0;
+    virtual void commit_transaction() = 0;
+    virtual void rollback_transaction() = 0;
     // The errors of the last call that failed, oldest first.
     virtual std::vector<DataError> errors() const = 0;
 };
@@ -122,7 +127,8 @@ public:
 
     virtual void add_new() = 0;
     virtual void update() = 0;
-    virtual void remove() = 0; // deletes the current record
+    virtual void cancel_update() = 0; // forgets what is pending, a new record too
+    virtual void remove() = 0;        // deletes the current record
 
     // At most `rows` records (-1: all) as text, from the current one on.
     virtual std::string get_string(std::int32_t rows, std::string_view column_delimiter,

@@ -131,7 +131,7 @@ protected:
         source_->recordset->set_cursor_location(platform::CursorLocation::Client);
         source_->recordset->open("select * from t", *connection_, platform::CursorType::Static,
                                  platform::LockType::ReadOnly, -1);
-        source_->make_fields(*connection_);
+        source_->make_fields();
         rows_.emplace(*source_);
         for (const char* const column : kColumns)
             tags_.emplace_back(column);

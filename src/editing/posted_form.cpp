@@ -1,0 +1,104 @@
+#include "editing/posted_form.h"
+
+#include "automation/text.h"
+#include "engine/page.h"
+
+#include <algorithm>
+#include <array>
+#include <set>
+
+namespace tabrixdb {
+
+namespace {
+
+constexpr std::array<std::string_view, 5> kCheckKinds = {"CHECKBOX", "CHECKBOX_LIST", "CHOICE",
+                                                         "GETCHOICE_FROMFIELD", "GETCHECKBOX_FROMFIELD"};
+
+std::string without(std::string_view text, std::string_view characters) {
+    std::string kept;
+    std::ranges::copy_if(text, std::back_inserter(kept),
+                         [&](char c) { return characters.find(c) == std::string_view::npos; });
+    return kept;
+}
+
+// The text of an option as a browser reads it: blanks at the ends go, those within count as one.
+std::string collapsed(std::string_view text) {
+    std::string out;
+    for (const char c : text) {
+        const bool blank = c == ' ' || c == '\t' || c == '\r' || c == '\n';
+        if (!blank)
+            out += c;
+        else if (!out.empty() && out.back() != ' ')
+            out += ' ';
+    }
+    while (out.ends_with(' '))
+        out.pop_back();
+    return out;
+}
+
+std::set<std::string> chosen_items(std::string_view value) {
+    std::set<std::string> items;
+    for (const std::string_view item : split(value, ','))
+        items.insert(fold(collapsed(item)));
+    return items;
+}
+
+} // namespace
+
+bool is_check_kind(std::string_view kind) {
+    return std::ranges::find(kCheckKinds, kind) != kCheckKinds.end();
+}
+
+bool is_database_upload(std::string_view kind) {
+    return kind == "UPLOADDB" || kind == "UPLOADDBIMAGE";
+}
+
+PostedForm::PostedForm(const DbSource& source, const ShownRows& shown, FormMode mode)
+    : source_(source),
+      shown_(shown),
+      mode_(mode) {
+    for (const auto& [name, value] : request().form_fields())
+        names_.insert(name);
+}
+
+std::optional<std::string> PostedForm::value(std::size_t column, std::int16_t row) const {
+    const DbField& field = source_.field_of(source_.records().columns()[column].name);
+    if (field.view(mode_) == "NORMAL")
+        return std::nullopt;
+    if (shown_.is_posted() && !names_.contains(posted_name(field.name, row)) &&
+        !(is_check_kind(field.view_kind(mode_)) && shown_.has_control(column)))
+        return std::nullopt;
+    std::string value = field.request_value(row);
+    // An upload control posts nothing until a file was chosen.
+    const bool upload = is_database_upload(field.view_kind(mode_)) ||
+                        (field.view_kind(mode_) == "UPLOADIMAGE" && shown_.is_posted());
+    if (upload && value.empty())
+        return std::nullopt;
+    return value;
+}
+
+bool PostedForm::has_row(std::int16_t row) const {
+    const auto& columns = source_.records().columns();
+    return std::ranges::any_of(columns, [&](const platform::Column& column) {
+        return names_.contains(posted_name(column.name, row));
+    });
+}
+
+bool PostedForm::is_unchanged(std::size_t column, std::string_view posted) const {
+    if (!shown_.is_posted())
+        return false;
+    const DbField& field = source_.field_of(source_.records().columns()[column].name);
+    const std::string& kind = field.view_kind(mode_);
+    std::string shown;
+    source_.records().append_value(column, shown);
+    if (is_check_kind(kind))
+        return chosen_items(posted) == chosen_items(shown);
+    if (kind == "SELECT")
+        return collapsed(posted) == collapsed(shown);
+    // Browsers change line breaks in a text area, and take them out of a text box.
+    const bool area = contains_ignore_case(field.view(mode_), "<textarea");
+    const std::string_view ignored = area ? "\r" : "\r\n";
+    return without(posted, ignored) == without(shown, ignored);
+}
+
+} // namespace tabrixdb

@@ -1,0 +1,59 @@
+#include "editing/refusal.h"
+
+#include "engine/report.h"
+
+namespace tabrixdb {
+
+namespace {
+
+// A caption is HTML already.
+std::string caption_of(const DbField& field) {
+    return field.caption.empty() ? html_encode(field.name) : field.caption;
+}
+
+std::string item(const DbField& field, std::string_view value) {
+    return "<li>" + caption_of(field) + ": " + html_encode(value) + "</li>";
+}
+
+// "<ul>" with an item for each posted value, as `show` makes it; nothing when there is none.
+template <class Show>
+std::string list_of(const DbSource& source, const PostedForm& form, std::int16_t row, Show show) {
+    std::string items;
+    const auto& columns = source.records().columns();
+    for (std::size_t i = 0; i < columns.size(); ++i)
+        if (const auto posted = form.value(i, row))
+            items += show(i, source.field_of(columns[i].name), *posted);
+    return items.empty() ? "" : "<ul>" + items + "</ul>";
+}
+
+} // namespace
+
+Refusal changed_meanwhile(const DbSource& source, const PostedForm& form, std::int16_t row) {
+    const std::string differences =
+        list_of(source, form, row, [&](std::size_t i, const DbField& field, const std::string& posted) {
+            std::string held;
+            source.records().append_value(i, held);
+            return form.is_unchanged(i, posted) ? "" : item(field, held);
+        });
+    return {"Nothing was saved: somebody else has changed this record since it was shown." +
+            (differences.empty() ? "" : " It holds now:" + differences)};
+}
+
+Refusal gone_meanwhile(const DbSource& source, const PostedForm& form, std::int16_t row) {
+    const std::string typed =
+        list_of(source, form, row, [](std::size_t, const DbField& field, const std::string& posted) {
+            return item(field, posted);
+        });
+    return {"Nothing was saved: this record is not there any more." +
+            (typed.empty() ? "" : " What you had typed:" + typed)};
+}
+
+Refusal bad_value(const DbField& field, std::string_view why) {
+    return {"Nothing was saved. " + caption_of(field) + ": " + html_encode(why)};
+}
+
+Refusal not_written(std::string_view why) {
+    return {"Nothing was saved: " + html_encode(why)};
+}
+
+} // namespace tabrixdb

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "data/db_source.h"
+#include "editing/posted_form.h"
+
+#include <cstdint>
+#include <string>
+
+namespace tabrixdb {
+
+// Thrown, and caught, within this folder: a change that the user is to hear of. HTML.
+struct Refusal {
+    std::string message;
+};
+
+// The current record is not as it was shown any more: says what it holds now where that is not what was
+// typed.
+Refusal changed_meanwhile(const DbSource& source, const PostedForm& form, std::int16_t row);
+// The record that a row showed is not there any more: says what was typed for it.
+Refusal gone_meanwhile(const DbSource& source, const PostedForm& form, std::int16_t row);
+// A value that its column does not take.
+Refusal bad_value(const DbField& field, std::string_view why);
+// What the database says about a change.
+Refusal not_written(std::string_view why);
+
+} // namespace tabrixdb

@@ -1,0 +1,255 @@
+#include "editing/save.h"
+
+#include "automation/conversions.h"
+#include "automation/text.h"
+#include "editing/refusal.h"
+#include "engine/report.h"
+
+namespace tabrixdb {
+
+namespace {
+
+platform::Recordset& records_of(const Edit& edit) {
+    return edit.source.records();
+}
+
+// Makes one change. A form that said what it had shown gets what stands against it as a message; otherwise it
+// is raised.
+template <class Change>
+EditResult carry_out(const Edit& edit, Change change) {
+    try {
+        change();
+        return {.saved = !page_ended(), .refusal = {}};
+    } catch (const Refusal& refusal) {
+        records_of(edit).cancel_update();
+        return {.saved = false, .refusal = refusal.message};
+    }
+}
+
+template <class Write>
+void write(const Edit& edit, Write operation) {
+    try {
+        operation();
+    } catch (const Error& error) {
+        if (!edit.shown.is_posted())
+            throw;
+        throw not_written(error.description());
+    }
+}
+
+// --- Values ------------------------------------------------------------------------------------------------
+
+bool is_text(const platform::Column& column) {
+    return platform::type_class(column.type) == platform::TypeClass::Text &&
+           column.type != platform::data_type::kBoolean;
+}
+
+void assign(const Edit& edit, std::size_t column, const DbField& field, const std::string& value) {
+    const platform::Column& info = records_of(edit).columns()[column];
+    if (edit.shown.is_posted() && is_text(info) && info.defined_size > 0 &&
+        utf16_length(value) > static_cast<std::size_t>(info.defined_size))
+        throw bad_value(field, "At most " + std::to_string(info.defined_size) + " characters.");
+    try {
+        records_of(edit).set_value(column, Variant(value));
+    } catch (const Error& error) {
+        if (!edit.shown.is_posted())
+            throw;
+        throw bad_value(field, error.description());
+    }
+}
+
+// What a posted value means for its column.
+std::string meant_value(const Edit& edit, const PostedForm& form, const platform::Column& column,
+                        const DbField& field, std::string posted) {
+    const bool unchecked = edit.shown.is_posted() && is_check_kind(field.view_kind(form.mode()));
+    if (posted.empty() && unchecked && column.type == platform::data_type::kBoolean)
+        return "False";
+    if (posted.empty() && form.mode() == FormMode::Add && !unchecked)
+        return field.default_value;
+    return posted;
+}
+
+// Assigns what was posted for a row to the current record. False when an empty value was reported.
+bool assign_values(const Edit& edit, const PostedForm& form, std::int16_t row, std::string_view label) {
+    const auto& columns = records_of(edit).columns();
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        std::optional<std::string> posted = form.value(i, row);
+        if (!posted || (form.mode() == FormMode::Edit && form.is_unchanged(i, *posted)))
+            continue;
+        const DbField& field = edit.source.field_of(columns[i].name);
+        if (is_database_upload(field.view_kind(form.mode())))
+            continue;
+        const std::string value = meant_value(edit, form, columns[i], field, std::move(*posted));
+        if (value.empty() && !field.can_be_null) {
+            const std::string message = "The Field " + html_encode(field.name) + " Cannot be Zero Length.";
+            if (edit.shown.is_posted())
+                throw Refusal{message};
+            report({"", message, "TabrixDb", std::string(label)});
+            return false;
+        }
+        assign(edit, i, field, value);
+    }
+    return true;
+}
+
+// --- Rows --------------------------------------------------------------------------------------------------
+
+enum class Found { Unchanged, Changed, Nowhere };
+
+Found compare(const Edit& edit, const RowMark& shown) {
+    if (records_of(edit).eof() || records_of(edit).bof())
+        return Found::Nowhere;
+    const RowMark now = RowMarker(edit.source).mark();
+    if (now.key != shown.key)
+        return Found::Nowhere;
+    return now.values == shown.values ? Found::Unchanged : Found::Changed;
+}
+
+// Looks for the record that a row showed: where the recordset stands, then by its bookmark.
+Found find_shown(const Edit& edit, std::int16_t row) {
+    const RowMark* const shown = edit.shown.row(row);
+    if (!shown)
+        return Found::Nowhere;
+    if (const Found here = compare(edit, *shown); here != Found::Nowhere)
+        return here;
+    try {
+        records_of(edit).set_bookmark(Variant(shown->bookmark));
+        return compare(edit, *shown);
+    } catch (const Error&) { // no such record
+        return Found::Nowhere;
+    }
+}
+
+// Brings the recordset to the record that a row showed, or refuses.
+void stand_on_shown(const Edit& edit, const PostedForm& form, std::int16_t row) {
+    if (!edit.shown.is_posted())
+        return;
+    const Found found = find_shown(edit, row);
+    if (found == Found::Nowhere)
+        throw gone_meanwhile(edit.source, form, row);
+    if (found == Found::Changed)
+        throw changed_meanwhile(edit.source, form, row);
+}
+
+void remove_record(const Edit& edit) {
+    write(edit, [&] { records_of(edit).remove(); });
+    records_of(edit).requery();
+}
+
+// Brings the recordset to the page's first record, and `row` on from there.
+void go_to_row(const Edit& edit, std::int16_t index, bool positioned) {
+    platform::Recordset& records = records_of(edit);
+    try {
+        if (!positioned) {
+            records.set_page_size(edit.state.number("_PageSize"));
+            records.set_absolute_page(edit.state.number("_CurrentPage"));
+        }
+        records.move(index);
+    } catch (const Error&) {
+        if (!edit.shown.is_posted()) // else the record is looked for
+            throw;
+    }
+}
+
+// Assigns and writes each row of the page that was posted.
+void write_rows(const Edit& edit, const PostedForm& form, std::int16_t rows) {
+    platform::Recordset& records = records_of(edit);
+    for (std::int16_t row = 1; row <= rows; ++row) {
+        if (records.eof() && !edit.shown.is_posted())
+            return;
+        const Variant place = records.eof() ? Variant() : records.bookmark();
+        if (form.has_row(row)) {
+            stand_on_shown(edit, form, row);
+            if (!assign_values(edit, form, row, "Update Grid"))
+                return;
+            write(edit, [&] { records.update(); });
+        }
+        if (place.is_empty())
+            continue;
+        records.set_bookmark(place);
+        records.move_next();
+    }
+}
+
+// Writes all rows or, when one fails, none.
+void save_page(const Edit& edit, std::int16_t rows) {
+    const PostedForm form(edit.source, edit.shown, FormMode::Edit);
+    platform::Connection& connection = *edit.source.connection;
+    connection.begin_transaction();
+    try {
+        write_rows(edit, form, edit.shown.is_posted() ? edit.shown.count() : rows);
+    } catch (...) {
+        records_of(edit).cancel_update();
+        connection.rollback_transaction();
+        throw;
+    }
+    if (page_ended()) { // an empty value was reported
+        connection.rollback_transaction();
+        return;
+    }
+    connection.commit_transaction();
+    records_of(edit).requery();
+}
+
+} // namespace
+
+EditResult add_record(const Edit& edit) {
+    return guard("AddNewRecord - " + edit.state.grid(), [&]() -> EditResult {
+        if (edit.command.word != "edit_source" || edit.command.part(1) != "addnew")
+            return {};
+        platform::Recordset& records = records_of(edit);
+        return carry_out(edit, [&] {
+            const PostedForm form(edit.source, edit.shown, FormMode::Add);
+            records.add_new();
+            if (!assign_values(edit, form, 0, "AddNewRecord"))
+                return;
+            GridState(edit.state).set("_NewRecord_BookMark", records.bookmark());
+            write(edit, [&] { records.update(); });
+            records.requery();
+        });
+    });
+}
+
+EditResult update_row(const Edit& edit, bool positioned) {
+    return guard("Update Row - " + edit.state.grid(), [&]() -> EditResult {
+        if (edit.command.word != "edit_grid")
+            return {};
+        const std::string& action = edit.command.part(1);
+        if (action != "delete" && (action != "update" || !edit.state.flag("_edit")))
+            return {};
+        const std::int16_t index = to_integer(edit.command.part(2));
+        const std::int16_t row = to_short(std::int64_t{index} + 1);
+        return carry_out(edit, [&] {
+            const PostedForm form(edit.source, edit.shown, FormMode::Edit);
+            go_to_row(edit, index, positioned);
+            stand_on_shown(edit, form, row);
+            if (action == "delete")
+                return remove_record(edit);
+            if (!assign_values(edit, form, row, "Update Row"))
+                return;
+            write(edit, [&] { records_of(edit).update(); });
+            records_of(edit).requery();
+            GridState(edit.state).set("_edit", false);
+        });
+    });
+}
+
+EditResult update_grid(const Edit& edit, std::int16_t rows, std::int16_t selected) {
+    return guard("Update Grid - " + edit.state.grid(), [&]() -> EditResult {
+        if (edit.command.word != "edit_source")
+            return {};
+        const std::string& action = edit.command.part(1);
+        if (action == "update")
+            return carry_out(edit, [&] { save_page(edit, rows); });
+        if (action != "delete")
+            return {};
+        return carry_out(edit, [&] {
+            const PostedForm form(edit.source, edit.shown, FormMode::Edit);
+            records_of(edit).move(selected - 1);
+            stand_on_shown(edit, form, selected);
+            remove_record(edit);
+        });
+    });
+}
+
+} // namespace tabrixdb

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "data/db_source.h"
+#include "editing/posted_form.h"
+#include "editing/shown_rows.h"
+#include "engine/grid_state.h"
+#include "engine/pro.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace tabrixdb {
+
+// One grid's request to change records. Borrowed for the time of the change.
+struct Edit {
+    Pro& pro;
+    const GridCommand& command;
+    GridState state;
+    const DbSource& source;
+    const ShownRows& shown; // what the posted form says about itself
+};
+
+// What came of it. A form that says what it had shown gets its refusal as a message, with which it is shown
+// again; the failures of any other are reported, as those of any procedure.
+struct EditResult {
+    bool saved = false;
+    std::string refusal; // HTML; "" when nothing was refused
+};
+
+// "edit_source" with "addnew": inserts a record from the add form and keeps its bookmark in the session
+// ("_NewRecord_BookMark"). Failures: "AddNewRecord".
+EditResult add_record(const Edit& edit);
+
+// "edit_grid" with "update" or "delete": saves or deletes the record of one row, and ends its editing.
+// `positioned`: the recordset stands on the page's first record already; otherwise the session says where the
+// page begins. Failures: "Update Row".
+EditResult update_row(const Edit& edit, bool positioned);
+
+// "edit_source" with "update": saves every row of the page, or none, in one transaction; with "delete":
+// deletes the selected record. The recordset stands on the page's first record. `rows`: the most that a page
+// has; `selected`: the selected one, from 1. Failures: "Update Grid".
+EditResult update_grid(const Edit& edit, std::int16_t rows, std::int16_t selected);
+
+} // namespace tabrixdb

@@ -1,0 +1,123 @@
+#include "editing/shown_rows.h"
+
+#include "automation/conversions.h"
+#include "automation/hash.h"
+#include "automation/text.h"
+#include "engine/page.h"
+#include "engine/report.h"
+
+#include <algorithm>
+#include <charconv>
+
+namespace tabrixdb {
+
+// The field: "columns|bookmark,key,values|bookmark,key,values|...": positions between blanks, traces in
+// hexadecimal digits. A bookmark that a comma or a bar would spoil is left out.
+
+namespace {
+
+constexpr std::string_view kField = "_shown";
+
+template <class T>
+bool read_number(std::string_view text, T& number, int base) {
+    const auto read = std::from_chars(text.data(), text.data() + text.size(), number, base);
+    return read.ec == std::errc() && read.ptr == text.data() + text.size();
+}
+
+bool read_mark(std::string_view text, RowMark& mark) {
+    const std::vector<std::string_view> parts = split(text, ',');
+    if (parts.size() != 3 || !read_number(parts[1], mark.key, 16) || !read_number(parts[2], mark.values, 16))
+        return false;
+    mark.bookmark = parts[0];
+    return true;
+}
+
+std::string hexadecimal(std::uint64_t number) {
+    char digits[16];
+    const auto end = std::to_chars(std::begin(digits), std::end(digits), number, 16).ptr;
+    return std::string(digits, end);
+}
+
+// A key's value may hold the text of another record's key and value: each is ended by a character of its own.
+std::uint64_t trace(std::string_view value, std::uint64_t start) {
+    return stable_hash(std::string_view("\x1f", 1), stable_hash(value, start));
+}
+
+} // namespace
+
+RowMarker::RowMarker(const DbSource& source) : records_(source.records()) {
+    for (const platform::Column& column : records_.columns())
+        in_key_.push_back((column.attributes & platform::kFieldKeyColumn) != 0);
+}
+
+RowMark RowMarker::mark() {
+    RowMark mark{{}, stable_hash(""), stable_hash("")};
+    const auto& columns = records_.columns();
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        if (columns[i].type == platform::data_type::kLongVarBinary)
+            continue;
+        text_.clear();
+        records_.append_value(i, text_);
+        mark.values = trace(text_, mark.values);
+        if (in_key_[i])
+            mark.key = trace(text_, mark.key);
+    }
+    if (std::ranges::find(in_key_, true) == in_key_.end())
+        mark.key = mark.values;
+    mark.bookmark = to_text(records_.bookmark()).str();
+    return mark;
+}
+
+ShownRows ShownRows::posted(const std::string& grid) {
+    ShownRows shown;
+    const std::string field = request().value(grid + std::string(kField));
+    if (field.empty())
+        return shown;
+    shown.posted_ = true;
+    const std::vector<std::string_view> parts = split(field, '|');
+    for (const std::string_view column : split(parts[0], ' '))
+        if (std::uint16_t position = 0; read_number(column, position, 10))
+            shown.add_control(position);
+    for (std::size_t i = 1; i < parts.size() && i <= INT16_MAX; ++i) {
+        RowMark mark;
+        if (!read_mark(parts[i], mark)) {
+            shown.rows_.clear();
+            break;
+        }
+        shown.add_row(std::move(mark));
+    }
+    return shown;
+}
+
+void ShownRows::add_control(std::size_t column) {
+    if (controls_.size() <= column)
+        controls_.resize(column + 1);
+    controls_[column] = true;
+}
+
+const RowMark* ShownRows::row(std::int16_t row) const noexcept {
+    return row >= 1 && row <= count() ? &rows_[static_cast<std::size_t>(row) - 1] : nullptr;
+}
+
+std::int16_t ShownRows::row_of(std::uint64_t key) const noexcept {
+    const auto found = std::ranges::find(rows_, key, &RowMark::key);
+    return found == rows_.end() ? std::int16_t{0} : static_cast<std::int16_t>(found - rows_.begin() + 1);
+}
+
+std::string ShownRows::html(const std::string& grid) const {
+    std::string value;
+    for (std::size_t i = 0; i < controls_.size(); ++i)
+        if (controls_[i])
+            value += (value.empty() ? "" : " ") + std::to_string(i);
+    for (const RowMark& row : rows_) {
+        const bool spoiled = row.bookmark.find_first_of(",|") != std::string::npos;
+        value +=
+            "|" + (spoiled ? "" : row.bookmark) + "," + hexadecimal(row.key) + "," + hexadecimal(row.values);
+    }
+    if (value.empty())
+        value = "|"; // a form that has nothing to say is still one that says so
+    return "<input type=\"hidden\" name=\"" + grid + std::string(kField) + "\" value=\"" +
+           html_encode(value) + "\">\r\n";
+}
+
+} // namespace tabrixdb
