@@ -51,6 +51,8 @@ public:
         std::exit(1);
     }
 
+    std::string text_of(std::string_view bytes) const override { return std::string(bytes); }
+
     void end() override {}
 
     bool ended() const override { return false; }
@@ -128,6 +130,8 @@ public:
     bool file_exists(std::string_view) override { return true; }
 
     std::string read_text(std::string_view) override { return std::string(kTemplate); }
+
+    std::string read_bytes(std::string_view) override { return {}; }
 
     void write_text(std::string_view, std::string_view, bool) override {}
 };

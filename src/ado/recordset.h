@@ -38,11 +38,23 @@ public:
 
     const std::vector<platform::Column>& columns() const override { return result().columns(); }
 
+    std::size_t column(std::string_view name) const override { return result().column(name); }
+
     Variant value(std::size_t field) override { return result().value(field); }
 
     void append_value(std::size_t field, std::string& out) override { result().append_value(field, out); }
 
     void set_value(std::size_t field, const Variant& value) override { result().set_value(field, value); }
+
+    std::int32_t actual_size(std::size_t field) override { return result().actual_size(field); }
+
+    Variant get_chunk(std::size_t field, std::int32_t size) override {
+        return result().get_chunk(field, size);
+    }
+
+    void append_chunk(std::size_t field, const Variant& chunk) override {
+        result().append_chunk(field, chunk);
+    }
 
     void set_filter(std::string_view expression) override;
     void set_sort(std::string_view expression) override;

@@ -33,13 +33,17 @@ bool SiteFiles::file_exists(std::string_view path) {
 }
 
 std::string SiteFiles::read_text(std::string_view path) {
+    return decode_file(read_bytes(path), code_page_);
+}
+
+std::string SiteFiles::read_bytes(std::string_view path) {
     const std::string physical = paths_.resolve_physical(path);
     if (!stamp_of(physical))
         throw Error(kErrorNoFile);
-    std::optional<std::string> bytes = read_bytes(physical);
+    std::optional<std::string> bytes = asp::read_bytes(physical);
     if (!bytes)
         throw Error(kErrorDenied);
-    return decode_file(std::move(*bytes), code_page_);
+    return std::move(*bytes);
 }
 
 void SiteFiles::write_text(std::string_view path, std::string_view text, bool append) {

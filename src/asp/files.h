@@ -19,6 +19,7 @@ public:
 
     bool file_exists(std::string_view path) override;
     std::string read_text(std::string_view path) override;
+    std::string read_bytes(std::string_view path) override;
     void write_text(std::string_view path, std::string_view text, bool append) override;
 
 private:

@@ -97,6 +97,11 @@ void Response::write(std::string_view html) {
         append(encode_text(html, code_page_));
 }
 
+// Under UTF-8 bytes pass write() as they are, valid or not.
+std::string Response::text_of(std::string_view bytes) const {
+    return code_page_ == kUtf8 ? std::string(bytes) : decode_bytes(std::string(bytes), code_page_);
+}
+
 void Response::write_value(const Variant& value) {
     if (value.is_string() && !value.text().is_bytes())
         return write(value.text());

@@ -25,6 +25,7 @@ public:
     const ClassInfo& class_info() const override;
 
     void write(std::string_view html) override;
+    std::string text_of(std::string_view bytes) const override;
     void end() override;
 
     bool ended() const override { return ended_; }

@@ -398,6 +398,12 @@ std::string lower(std::string_view text) {
     return map_case(text, ascii_lower, lower_two_byte);
 }
 
+std::string_view trimmed(std::string_view text) noexcept {
+    const std::size_t first = text.find_first_not_of(' ');
+    return first == std::string_view::npos ? std::string_view()
+                                           : text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
 std::string upper(std::string_view text) {
     return map_case(
         text, [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; }, upper_two_byte);

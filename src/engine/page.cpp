@@ -37,4 +37,8 @@ platform::Server& server() {
     return bound(platform::Host::current().page().server);
 }
 
+platform::Application& application() {
+    return bound(platform::Host::current().page().application);
+}
+
 } // namespace tabrixdb

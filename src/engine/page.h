@@ -20,5 +20,6 @@ platform::Response& response();
 platform::Request& request();
 platform::Session& session();
 platform::Server& server();
+platform::Application& application();
 
 } // namespace tabrixdb

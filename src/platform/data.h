@@ -96,12 +96,21 @@ public:
 
     // The columns; valid until close(), also at BOF and EOF.
     virtual const std::vector<Column>& columns() const = 0;
+    // The 0-based position of a column by its name, in any case; Error 3265 (ADO's) when there is none.
+    virtual std::size_t column(std::string_view name) const = 0;
     // The current record's value. Strings are shared, not copied. Error 3021 without a current record.
     virtual Variant value(std::size_t field) = 0;
     // Appends that value as text (Null as nothing), without a Variant in between where that is possible.
     virtual void append_value(std::size_t field, std::string& out) = 0;
     // Assigns the pending value; update() writes it.
     virtual void set_value(std::size_t field, const Variant& value) = 0;
+    // The size of that value in bytes (text: in UTF-16), 0 for Null.
+    virtual std::int32_t actual_size(std::size_t field) = 0;
+    // The next `size` bytes or characters of a long value; Null behind its end. Another field or another
+    // record starts anew.
+    virtual Variant get_chunk(std::size_t field, std::int32_t size) = 0;
+    // The first chunk of a field replaces its value, further ones go behind.
+    virtual void append_chunk(std::size_t field, const Variant& chunk) = 0;
 
     virtual void set_filter(std::string_view expression) = 0; // "" removes it
     virtual void set_sort(std::string_view expression) = 0;   // "" restores the source's order

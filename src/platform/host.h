@@ -17,6 +17,8 @@ public:
     // The whole file as UTF-8 text, converted from the site's code page. Error 53 when it is not there,
     // 70 when it can't be read.
     virtual std::string read_text(std::string_view path) = 0;
+    // The whole file as it is; errors as above.
+    virtual std::string read_bytes(std::string_view path) = 0;
     // Writes text in the site's code page, at the end of the file or in its place; makes the file when it is
     // not there. Error 76 without its folder, 70 when it can't be written.
     virtual void write_text(std::string_view path, std::string_view text, bool append);

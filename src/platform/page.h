@@ -14,6 +14,8 @@ namespace tabrixdb::platform {
 class Response : public Object {
 public:
     virtual void write(std::string_view html) = 0;
+    // Text of which write() makes these bytes, as far as the response's code page has a character for each.
+    virtual std::string text_of(std::string_view bytes) const = 0;
     // Ends the page: the script stops when the call that it is in returns. Nothing is thrown; what is
     // written until then still belongs to the page.
     virtual void end() = 0;

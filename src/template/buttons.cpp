@@ -3,8 +3,8 @@
 #include "automation/array.h"
 #include "automation/conversions.h"
 #include "data/db_source.h"
+#include "engine/fill_tag.h"
 #include "engine/report.h"
-#include "template/fill_tag.h"
 #include "template/positions.h"
 #include "template/split.h"
 

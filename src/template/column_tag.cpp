@@ -1,6 +1,6 @@
 #include "template/column_tag.h"
 
-#include "template/fill_tag.h"
+#include "engine/fill_tag.h"
 
 namespace tabrixdb {
 

@@ -13,6 +13,10 @@ public:
     // Borrows the source for its own life. Error 5 for a column that has no DbField.
     ColumnValue(const DbSource& source, std::size_t column);
 
+    const DbSource& source() const noexcept { return source_; }
+
+    std::size_t position() const noexcept { return column_; }
+
     const DbField& field() const noexcept { return field_; }
 
     const std::string& name() const { return source_.records().columns()[column_].name; }

@@ -1,9 +1,11 @@
 #include "template/content_template.h"
 
+#include "blob/blob_tags.h"
+#include "engine/fill_tag.h"
 #include "engine/page.h"
 #include "engine/report.h"
+#include "graph/bar_graph.h"
 #include "template/evaluation.h"
-#include "template/fill_tag.h"
 #include "template/positions.h"
 #include "web/page_address.h"
 
@@ -92,7 +94,8 @@ SlottedText ContentTemplate::compile() {
 }
 
 bool ContentTemplate::is_repeatable() const noexcept {
-    return !contains_ignore_case(text_, kEvaluationTag) && !contains_ignore_case(text_, kNestedTag);
+    return !contains_ignore_case(text_, kEvaluationTag) && !contains_ignore_case(text_, kNestedTag) &&
+           !contains_ignore_case(text_, kBlobResponse);
 }
 
 void ContentTemplate::append(std::string& out, std::int16_t row) const {
@@ -102,7 +105,8 @@ void ContentTemplate::append(std::string& out, std::int16_t row) const {
     std::string text;
     if (!append_compiled(text))
         text = fill_columns(nested);
-    parse_evaluation(pro_, text);
+    if (!page_ended())
+        parse_evaluation(pro_, text);
     if (page_ended())
         return;
     if (nested.source)
@@ -141,8 +145,23 @@ std::string ContentTemplate::fill_columns(Nested& nested) const {
         // Deliberately the value last computed, when this column's tag is not in the content itself.
         if (nested.source)
             fill_tag(nested.sql, tag, value);
+        fill_special_tags(text, column);
+        if (page_ended())
+            break;
     }
     return text;
+}
+
+// The tags of a column that have more than its name: its blob and its graphs.
+void ContentTemplate::fill_special_tags(std::string& text, const ColumnValue& column) const {
+    if (!contains_ignore_case(text, "#~" + column.name() + ";"))
+        return;
+    fill_blob_tags(text, column.source(), column.position());
+    if (!pro_.bar_graph || page_ended())
+        return;
+    GraphedValue graphed{column.name(), column.source().records().value(column.position()), {}};
+    column.append(graphed.shown);
+    fill_bar_graphs(text, column.field(), graphed);
 }
 
 ContentTemplate::Nested ContentTemplate::find_nested() const {

@@ -14,8 +14,8 @@ namespace tabrixdb {
 
 // The Content of a column's DbField, filled from the current record: the tags of its columns one after
 // another, in the order of the columns ("#~name~#", and where that occurs "$~name~$", the same for
-// addresses), then one expression, one nested grid, and the page's own address. Names are those of the
-// columns exactly, in any case.
+// addresses; its blob, its graphs), then one expression, one nested grid, and the page's own address. Names
+// are those of the columns exactly, in any case.
 //
 // The tags of columns are compiled once. A record whose values hold characters of tags, which may make tags
 // of later columns, is filled step by step.
@@ -28,7 +28,8 @@ public:
     // Appends the content for the current record. `row`: 0-based place on the page.
     void append(std::string& out, std::int16_t row) const;
 
-    // False when filling it has effects of its own: it has an expression or a nested grid.
+    // False when filling it has effects of its own: it has an expression, a nested grid or a blob that is
+    // served.
     bool is_repeatable() const noexcept;
 
 private:
@@ -43,6 +44,7 @@ private:
     SlottedText compile();
     bool append_compiled(std::string& out) const;
     std::string fill_columns(Nested& nested) const;
+    void fill_special_tags(std::string& text, const ColumnValue& column) const;
     Nested find_nested() const;
     std::string render(Nested& nested, std::int16_t row) const;
 

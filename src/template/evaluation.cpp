@@ -1,8 +1,8 @@
 #include "template/evaluation.h"
 
 #include "automation/conversions.h"
+#include "engine/fill_tag.h"
 #include "engine/report.h"
-#include "template/fill_tag.h"
 #include "template/positions.h"
 
 namespace tabrixdb {

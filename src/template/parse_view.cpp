@@ -2,9 +2,9 @@
 
 #include "automation/array.h"
 #include "automation/conversions.h"
+#include "engine/fill_tag.h"
 #include "engine/report.h"
 #include "template/evaluation.h"
-#include "template/fill_tag.h"
 
 #include <algorithm>
 #include <vector>

@@ -13,9 +13,9 @@ namespace fs = std::filesystem;
 // The folders of src/ from the ground floor to the hosts. A folder may include its own files and those of
 // the folders before it.
 const std::vector<std::string> kOrder = {"automation", "platform", "web",     "engine",   "field",
-                                         "data",       "template", "editing", "grid",     "blob",
-                                         "graph",      "calendar", "classes", "vbscript", "ado",
-                                         "scripting",  "asp",      "server",  "com"};
+                                         "data",       "blob",     "graph",   "template", "editing",
+                                         "grid",       "calendar", "classes", "vbscript", "ado",
+                                         "scripting",  "mail",     "asp",     "server",   "com"};
 
 // What a folder may not include although it stands before it.
 const std::vector<std::pair<std::string, std::string>> kForbidden = {
