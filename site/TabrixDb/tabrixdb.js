@@ -10,22 +10,77 @@
  *   <name>_params    its parameters; where there are several, separated by ";"
  *   <name>_anchor    where the next page shall be shown, "#tabrixdb" unless the page says otherwise
  *
+ * A grid stands between two anchors, <name>_start and <name>_end. A grid in a row of another grid has the same fields
+ * and anchors; as HTML has no form inside a form, it gets one here.
+ *
  * Load it once in a page: <script src="/TabrixDb/tabrixdb.js"></script>
  */
 (() => {
     'use strict';
 
-    // --- Posting a command ----------------------------------------------------------------------------------
+    // --- The forms of grids and filters ------------------------------------------------------------------------
 
-    const placeKey = () => `tabrixdb:place:${location.pathname}`;
+    const hiddenField = (name, suffix) => document.querySelector(`input[name="${CSS.escape(`${name}_${suffix}`)}"]`);
+
+    const isGrid = (name) => Boolean(name && hiddenField(name, 'command') && hiddenField(name, 'params'));
+
+    // Attributes, because a field of the form may be called "name" or "id" and hide the form's own property.
+    const nameOf = (form) => form?.getAttribute('name') ?? '';
+
+    function allForms() {
+        const names = [...document.querySelectorAll('input[name$="_command"]')].map((field) => field.name.slice(0, -'_command'.length));
+        return names.filter(isGrid).map(findForm).filter(Boolean);
+    }
+
+    /** The form of that name; made when the browser has dropped it because it stood inside another. */
+    function ownForm(name) {
+        let form = document.forms.namedItem(name);
+        if (!form) {
+            form = element('form', { method: 'post', hidden: true });
+            form.setAttribute('name', name);
+            document.body.append(form);
+        }
+        if (!form.hasAttribute('id')) form.setAttribute('id', `tabrixdb-form-${name}`);
+        return form;
+    }
+
+    /**
+     * Ties every field to the form of the innermost grid between whose anchors it stands. The browser has tied those of
+     * a nested grid to the form around them, and an end tag that it met may have cut off fields of the outer one.
+     */
+    function tieFields() {
+        const open = [];
+        for (const node of document.querySelectorAll('a[name], input, select, textarea, button')) {
+            if (node.matches('a')) {
+                const [, name, edge] = node.name.match(/^(.+)_(start|end)$/) ?? [];
+                if (!isGrid(name)) continue;
+                if (edge === 'end' && open.includes(name)) open.length = open.lastIndexOf(name);
+                if (edge === 'start' && document.getElementsByName(`${name}_end`).length) open.push(name);
+            } else if (open.length && !node.hasAttribute('form')) {
+                const form = ownForm(open.at(-1));
+                if (node.form !== form) node.setAttribute('form', form.getAttribute('id'));
+            }
+        }
+    }
 
     /** The form of a grid or filter, or null with a message to whoever writes the page. */
     function findForm(name) {
-        const form = document.forms.namedItem(name);
-        if (form?.elements.namedItem(`${name}_command`) && form.elements.namedItem(`${name}_params`)) return form;
+        const found = () => isGrid(name) && nameOf(hiddenField(name, 'command').form) === name;
+        if (!found()) tieFields();
+        if (found()) return hiddenField(name, 'command').form;
         console.error(`TabrixDb: this page has no grid or filter form named "${name}".`);
         return null;
     }
+
+    /** The fields of a form that a user can see, or those of one posted name. */
+    function controls(form, name) {
+        const fields = [...form.elements].filter((field) => field.matches('input:not([type=hidden]), select, textarea'));
+        return name === undefined ? fields : fields.filter((field) => field.name === name);
+    }
+
+    // --- Posting a command ----------------------------------------------------------------------------------
+
+    const placeKey = () => `tabrixdb:place:${location.pathname}`;
 
     /** The element that an anchor such as "#orders_start" leads to. */
     function anchored(anchor) {
@@ -35,33 +90,40 @@
 
     /** sessionStorage, where the browser allows it: the place on the page is a comfort, not a need. */
     function remember(key, value) {
-        try { sessionStorage.setItem(key, value); } catch { /* private mode, or storage is full */ }
+        try { sessionStorage.setItem(key, JSON.stringify(value)); } catch { /* private mode, or storage is full */ }
     }
 
     function recall(key) {
         try {
             const value = sessionStorage.getItem(key);
             sessionStorage.removeItem(key);
-            return value;
+            return JSON.parse(value);
         } catch {
             return null;
         }
     }
 
+    // What has the focus on the next page: the first field of the grid, or the link with this address.
+    const FIRST_FIELD = 'first field';
+
+    /** The link that a keyboard has followed, so that the next page continues there. */
+    function linkInUse() {
+        return document.activeElement?.matches('a:focus-visible') ? document.activeElement.getAttribute('href') : '';
+    }
+
     /**
      * Posts a command. The next page is shown at the form's anchor if the page has one of that name, and
-     * otherwise at the place where this page is now.
+     * otherwise at the place where this page is now; focus says what has the focus there.
      */
-    function post(name, command, params, anchor) {
+    function post(name, command, params, { anchor = '', focus = linkInUse() } = {}) {
         const form = findForm(name);
         if (!form) return;
-        const fields = form.elements;
-        fields.namedItem(`${name}_command`).value = command;
-        fields.namedItem(`${name}_params`).value = params;
-        const target = anchor || fields.namedItem(`${name}_anchor`)?.value || '';
+        hiddenField(name, 'command').value = command;
+        hiddenField(name, 'params').value = params;
+        const target = anchor || hiddenField(name, 'anchor')?.value || '';
         const place = anchored(target) ? target : '';
         form.setAttribute('action', location.pathname + location.search + place);
-        remember(placeKey(), place ? '' : `${scrollX},${scrollY}`);
+        remember(placeKey(), { name, focus, scroll: place ? null : { left: scrollX, top: scrollY } });
         // A field of the page may be called "submit" and hide the form's own method.
         HTMLFormElement.prototype.submit.call(form);
     }
@@ -71,10 +133,11 @@
         const place = recall(placeKey());
         if (place === null) return;
         history.replaceState(history.state, '', location.href);
-        if (place) {
-            const [x, y] = place.split(',').map(Number);
-            scrollTo({ left: x, top: y, behavior: 'instant' });
-        }
+        if (place.scroll) scrollTo({ ...place.scroll, behavior: 'instant' });
+        if (!place.focus || !isGrid(place.name)) return;
+        const next = place.focus === FIRST_FIELD ? controls(findForm(place.name))[0]
+            : document.querySelector(`a[href="${CSS.escape(place.focus)}"]`);
+        next?.focus({ preventScroll: true });
     }
 
     // --- Grids -----------------------------------------------------------------------------------------------
@@ -107,44 +170,251 @@
 
     const SAVING = ['update', 'addnew'];
 
-    /** Asks before a delete; before a save marks the required inputs, as the engine says, and lets the browser check them. */
+    /** Asks before a delete, checks before a save. */
     function agreed(grid, action) {
         if (action === 'delete') return confirm('Delete this record?');
         if (!SAVING.includes(action)) return true;
         const form = findForm(grid);
-        const mark = window[`${grid}_validate`];
-        try {
-            if (typeof mark === 'function') mark();
-        } catch {
-            // The function also names the inputs of rows that are not being edited, and these are not there.
-        }
         return form !== null && verify_form(form);
     }
 
     /** The whole grid. action: edit, update, cancel, add, addnew, canceladd or delete. */
     function edit_source(grid, action) {
-        if (agreed(grid, action)) post(grid, 'edit_source', `${grid};${action}`);
+        if (!agreed(grid, action)) return;
+        const focus = ['edit', 'add'].includes(action) ? FIRST_FIELD : undefined;
+        post(grid, 'edit_source', `${grid};${action}`, { focus });
     }
 
     /** The same, but the next page is shown from the start of the grid. */
     function edit_source_onstart(grid, action) {
-        if (agreed(grid, action)) post(grid, 'edit_source', `${grid};${action}`, `#${grid}_start`);
+        if (agreed(grid, action)) post(grid, 'edit_source', `${grid};${action}`, { anchor: `#${grid}_start` });
     }
 
     /** One row of the page, counted from 0. action: edit, update, cancel or delete. */
     function edit_grid(row, grid, action) {
-        if (agreed(grid, action)) post(grid, 'edit_grid', `${grid};${action};${row}`);
+        if (!agreed(grid, action)) return;
+        const byKeyboard = document.activeElement?.matches('a:focus-visible, input, select');
+        const focus = action === 'edit' ? FIRST_FIELD : byKeyboard ? `javascript:edit_grid(${row}, '${grid}','edit')` : '';
+        post(grid, 'edit_grid', `${grid};${action};${row}`, { focus });
     }
 
     /** Puts every input back to the value that it came with. */
     function reset_form(grid) {
         const form = findForm(grid);
-        if (form) HTMLFormElement.prototype.reset.call(form);
+        if (!form) return;
+        HTMLFormElement.prototype.reset.call(form);
+        for (const field of controls(form)) clearProblem(form, field.name);
     }
 
-    /** True if every required input holds a value; otherwise the browser shows which one does not. */
+    /**
+     * Enter in a field follows the link that saves its row or grid, or applies its filter. Without this the browser would
+     * post the form without a command, and what was typed would be gone.
+     */
+    function saveOnEnter(event) {
+        const { key, target } = event;
+        if (key !== 'Enter' || event.isComposing || event.defaultPrevented || !target.matches('input')) return;
+        const name = nameOf(target.form);
+        if (!isGrid(name) || target.matches('[type=submit], [type=button]') || target.form.querySelector('[type=submit], button:not([type])')) return;
+        event.preventDefault();
+        const saves = (link) => /^javascript:(edit_\w+|filter_source)\(.*'(update|addnew|filter_source)'\)/.test(link.getAttribute('href'))
+            && link.getAttribute('href').includes(`'${name}'`);
+        const links = (place) => [...place?.querySelectorAll('a[href^="javascript:"]') ?? []].filter(saves);
+        (links(target.closest('tr'))[0] ?? links(document)[0])?.click();
+    }
+
+    // --- Required inputs ---------------------------------------------------------------------------------------
+
+    /**
+     * What a grid requires: [posted name, least number of characters], -1 where any value will do. The engine writes
+     * it as the statements of a function, document.<grid>.<name>.required=<n>, for all rows of the page; those without inputs
+     * would make the function fail, and inputs keep no number, so its text is read instead.
+     */
+    function requirements(grid) {
+        const written = window[`${grid}_validate`];
+        if (typeof written !== 'function') return [];
+        const statements = Function.prototype.toString.call(written).matchAll(/document\.(\S+?)\.required\s*=\s*(-?\d+)/g);
+        return [...statements].filter(([, path]) => path.startsWith(`${grid}.`))
+            .map(([, path, least]) => [path.slice(grid.length + 1), Number(least)]);
+    }
+
+    const isCheckable = (field) => ['radio', 'checkbox'].includes(field.type);
+
+    /** What is wrong with the fields of one name, or "". */
+    function problemOf(fields, least) {
+        if (isCheckable(fields[0])) return least && !fields.some((field) => field.checked) ? 'Please choose.' : '';
+        const length = fields[0].value.trim().length;
+        if (least && length === 0) return 'Please fill this in.';
+        if (length < least) return `Please give at least ${least} characters.`;
+        return fields[0].validationMessage;
+    }
+
+    const problemId = (form, name) => `tabrixdb-problem-${nameOf(form)}-${name}`;
+
+    function clearProblem(form, name) {
+        const id = problemId(form, name);
+        document.getElementById(id)?.remove();
+        for (const field of controls(form, name).filter((field) => field.hasAttribute('aria-invalid'))) {
+            field.removeAttribute('aria-invalid');
+            const others = field.getAttribute('aria-describedby').split(' ').filter((other) => other !== id);
+            if (others.length) field.setAttribute('aria-describedby', others.join(' '));
+            else field.removeAttribute('aria-describedby');
+        }
+    }
+
+    /** Says beside the fields of one name what is wrong with them, if anything is. */
+    function showProblem(form, name, text) {
+        if (text && document.getElementById(problemId(form, name))?.textContent === text) return;
+        clearProblem(form, name);
+        if (!text) return;
+        const fields = controls(form, name);
+        const message = element('span', { id: problemId(form, name), className: 'tabrixdb-problem', role: 'alert' }, text);
+        if (isCheckable(fields[0])) (fields[0].closest('fieldset') ?? (fields[0].closest('label') ?? fields[0]).parentElement).append(message);
+        else (fields[0].closest('label') ?? fields[0]).after(message);
+        for (const field of fields) {
+            field.setAttribute('aria-invalid', 'true');
+            field.setAttribute('aria-describedby', [field.getAttribute('aria-describedby') ?? '', message.id].join(' ').trim());
+        }
+    }
+
+    /** True if everything that a form requires is there; otherwise says beside each input what is wrong, and goes to the first. */
     function verify_form(form) {
-        return form.reportValidity();
+        const least = new Map(requirements(nameOf(form)));
+        const wrong = [];
+        for (const name of new Set(controls(form).map((field) => field.name))) {
+            const fields = controls(form, name);
+            const problem = problemOf(fields, least.get(name) ?? 0);
+            showProblem(form, name, problem);
+            if (problem) wrong.push(fields[0]);
+        }
+        wrong[0]?.focus();
+        return wrong.length === 0;
+    }
+
+    /** A field that was complained about is looked at again while it is being corrected. */
+    function checkAgain({ target }) {
+        if (!target.form || target.getAttribute('aria-invalid') !== 'true') return;
+        const least = new Map(requirements(nameOf(target.form))).get(target.name) ?? 0;
+        showProblem(target.form, target.name, problemOf(controls(target.form, target.name), least));
+    }
+
+    /** The element that names a field in the page, if there is one: the legend of its group, or what its label begins with. */
+    function nameElement(field) {
+        if (isCheckable(field)) return field.closest('fieldset')?.querySelector('legend');
+        const first = field.closest('label')?.firstElementChild;
+        return first && !first.contains(field) ? first : null;
+    }
+
+    function markRequired(form) {
+        for (const [name] of requirements(nameOf(form))) {
+            const fields = controls(form, name);
+            if (!fields.length) continue;
+            for (const field of fields) {
+                if (field.type === 'radio') field.required = true;
+                else field.setAttribute('aria-required', 'true');
+            }
+            const mark = element('span', { className: 'tabrixdb-required', title: 'Required' }, '*');
+            mark.setAttribute('aria-hidden', 'true');
+            const place = nameElement(fields[0]);
+            if (place) place.append(' ', mark);
+            else fields[0].before(mark, ' ');
+        }
+    }
+
+    // --- Names of inputs ---------------------------------------------------------------------------------------
+
+    /** The text that the engine writes behind a box or button becomes its label. */
+    function labelItem(field) {
+        const text = field.nextSibling;
+        if (text?.nodeType !== Node.TEXT_NODE || !text.data.trim()) return;
+        const label = element('label', { className: 'tabrixdb-item' });
+        field.before(label);
+        label.append(field, text);
+    }
+
+    /** Any other input without a name of its own is called as the caption above it, or else as its column. */
+    function nameField(field) {
+        const cell = field.closest('td');
+        const captions = cell?.closest('table').rows[0];
+        const has = captions && captions !== cell.parentElement && captions.cells.length === cell.parentElement.cells.length;
+        const name = has ? captions.cells[cell.cellIndex].textContent.trim() : '';
+        field.setAttribute('aria-label', name || field.name.replace(/_\d+$/, '').replaceAll('_', ' '));
+    }
+
+    function nameFields(form) {
+        const unnamed = (field) => !field.labels?.length && !field.matches('[aria-label], [aria-labelledby], [title]');
+        const fields = controls(form);
+        fields.filter(isCheckable).filter(unnamed).forEach(labelItem);
+        fields.filter(unnamed).forEach(nameField);
+    }
+
+    // --- Dates and files ---------------------------------------------------------------------------------------
+
+    /** Asks for a date and writes it into a field as year-month-day, which the engine reads everywhere. */
+    function show_date(grid, field) {
+        const form = findForm(grid);
+        const target = form && controls(form, field)[0];
+        if (!target) return;
+        const [known] = target.value.match(/\d{4}-\d\d-\d\d/) ?? [];
+        const shown = new Date(target.value);
+        const day = known ?? (Number.isNaN(shown.getTime()) ? '' : [shown.getFullYear(), shown.getMonth() + 1, shown.getDate()]
+            .map((part) => String(part).padStart(2, '0')).join('-'));
+        const value = element('input', { type: 'date', value: day, required: true, autofocus: true });
+        ask('Choose a date', 'Choose', [element('label', {}, 'Date', value)], () => {
+            target.value = value.value;
+            target.dispatchEvent(new Event('input', { bubbles: true }));
+            target.focus();
+        });
+    }
+
+    const noUpload = () => alert('This site does not take files yet.');
+
+    const upload_file = noUpload;
+    const upload_image = noUpload;
+    const upload_to_db = noUpload;
+    const upload_to_dbimage = noUpload;
+
+    // --- Dialogs -----------------------------------------------------------------------------------------------
+
+    function element(tag, properties, ...children) {
+        const made = Object.assign(document.createElement(tag), properties);
+        made.append(...children);
+        return made;
+    }
+
+    // Of no weight against the rules of a site.
+    const STYLE = `
+        :where(.tabrixdb-required) { color: #b91c1c; font-weight: 700; cursor: help; }
+        :where(.tabrixdb-problem) { display: block; margin-top: .2rem; color: #b91c1c; font-size: .875em; }
+        :where([aria-invalid=true]) { outline: 2px solid #b91c1c; outline-offset: -1px; }
+        :where(.tabrixdb-item) { display: inline-block; margin-right: .75em; }
+        .tabrixdb-dialog { color-scheme: light; border: 1px solid #cbd5e1; border-radius: .6rem; padding: 1.2rem; min-width: min(20rem, 80vw);
+            font: 1rem/1.4 system-ui, sans-serif; color: #0f172a; background: #fff; box-shadow: 0 16px 48px rgb(15 23 42 / .25); }
+        .tabrixdb-dialog::backdrop { background: rgb(15 23 42 / .35); }
+        .tabrixdb-dialog h2 { margin: 0 0 .8rem; font-size: 1.05rem; }
+        .tabrixdb-dialog label { display: block; margin-bottom: .8rem; }
+        .tabrixdb-dialog select, .tabrixdb-dialog input { display: block; box-sizing: border-box; width: 100%; margin-top: .2rem;
+            padding: .45rem; font: inherit; border: 1px solid #94a3b8; border-radius: .35rem; }
+        .tabrixdb-dialog p { display: flex; gap: .5rem; justify-content: flex-end; margin: 0; }
+        .tabrixdb-dialog button { padding: .45rem 1rem; font: inherit; border: 1px solid #94a3b8; border-radius: .35rem; background: #fff; cursor: pointer; }
+        .tabrixdb-dialog button[type=submit] { border-color: #1d4ed8; background: #1d4ed8; color: #fff; }`;
+
+    /** A dialog with these fields; done is called when its button is pressed and the browser finds the fields in order. */
+    function ask(question, button, fields, done) {
+        const cancel = element('button', { type: 'button' }, 'Cancel');
+        const title = element('h2', { id: 'tabrixdb-dialog-title' }, question);
+        const form = element('form', { method: 'dialog' }, title, ...fields,
+            element('p', {}, cancel, element('button', { type: 'submit' }, button)));
+        const dialog = element('dialog', { className: 'tabrixdb-dialog' }, form);
+        dialog.setAttribute('aria-labelledby', title.id);
+        cancel.addEventListener('click', () => dialog.close());
+        dialog.addEventListener('close', () => dialog.remove());
+        form.addEventListener('submit', (event) => {
+            event.preventDefault();
+            dialog.close();
+            done();
+        });
+        document.body.append(dialog);
+        dialog.showModal();
     }
 
     // --- Filters ---------------------------------------------------------------------------------------------
@@ -171,24 +441,6 @@
         return `${field} ${operator} ${type.literal(value)}`;
     }
 
-    function element(tag, properties, ...children) {
-        const made = Object.assign(document.createElement(tag), properties);
-        made.append(...children);
-        return made;
-    }
-
-    const DIALOG_STYLE = `
-        .tabrixdb-dialog { color-scheme: light; border: 1px solid #cbd5e1; border-radius: .6rem; padding: 1.2rem; min-width: min(20rem, 80vw);
-            font: 1rem/1.4 system-ui, sans-serif; color: #0f172a; background: #fff; box-shadow: 0 16px 48px rgb(15 23 42 / .25); }
-        .tabrixdb-dialog::backdrop { background: rgb(15 23 42 / .35); }
-        .tabrixdb-dialog h2 { margin: 0 0 .8rem; font-size: 1.05rem; }
-        .tabrixdb-dialog label { display: block; margin-bottom: .8rem; }
-        .tabrixdb-dialog select, .tabrixdb-dialog input { display: block; box-sizing: border-box; width: 100%; margin-top: .2rem;
-            padding: .45rem; font: inherit; border: 1px solid #94a3b8; border-radius: .35rem; }
-        .tabrixdb-dialog p { display: flex; gap: .5rem; justify-content: flex-end; margin: 0; }
-        .tabrixdb-dialog button { padding: .45rem 1rem; font: inherit; border: 1px solid #94a3b8; border-radius: .35rem; background: #fff; cursor: pointer; }
-        .tabrixdb-dialog button[type=submit] { border-color: #1d4ed8; background: #1d4ed8; color: #fff; }`;
-
     /**
      * Asks for a comparison with one column and filters the grid by it.
      * field: the column's name in brackets; code: 1 a number, 2 text, 3 a date.
@@ -199,21 +451,8 @@
         const name = field.replace(/^\[|\]$/g, '');
         const operator = element('select', {}, ...type.comparisons.map(([value, text]) => element('option', { value }, text)));
         const value = element('input', { ...type.input, required: true, autofocus: true });
-        const cancel = element('button', { type: 'button' }, 'Cancel');
-        const title = element('h2', { id: 'tabrixdb-dialog-title' }, `Show rows where ${name}`);
-        const form = element('form', { method: 'dialog' }, title,
-            element('label', {}, 'Comparison', operator), element('label', {}, 'Value', value),
-            element('p', {}, cancel, element('button', { type: 'submit' }, 'Filter')));
-        const dialog = element('dialog', { className: 'tabrixdb-dialog' }, element('style', {}, DIALOG_STYLE), form);
-        dialog.setAttribute('aria-labelledby', title.id);
-
-        cancel.addEventListener('click', () => dialog.close());
-        dialog.addEventListener('close', () => dialog.remove());
-        form.addEventListener('submit', () => {
-            post(grid, 'filter_grid', filterExpression(field, operator.value, value.value, type));
-        });
-        document.body.append(dialog);
-        dialog.showModal();
+        ask(`Show rows where ${name}`, 'Filter', [element('label', {}, 'Comparison', operator), element('label', {}, 'Value', value)],
+            () => post(grid, 'filter_grid', filterExpression(field, operator.value, value.value, type)));
     }
 
     /** Shows all rows of the grid again. */
@@ -233,12 +472,25 @@
 
     // -----------------------------------------------------------------------------------------------------------
 
+    function start() {
+        document.head.append(element('style', {}, STYLE));
+        tieFields();
+        for (const form of allForms()) {
+            nameFields(form);
+            markRequired(form);
+        }
+        document.addEventListener('keydown', saveOnEnter);
+        document.addEventListener('input', checkAgain);
+        returnToPlace();
+    }
+
     Object.assign(window, {
         grid_navigate, grid_sort, grid_pageoffset, toggle_to_form, toggle_to_grid,
         edit_source, edit_source_onstart, edit_grid, reset_form, verify_form,
+        show_date, upload_file, upload_image, upload_to_db, upload_to_dbimage,
         filter_field, clear_filter, filter_source, filter_grid_source,
     });
 
-    if (document.readyState === 'loading') document.addEventListener('DOMContentLoaded', returnToPlace);
-    else returnToPlace();
+    if (document.readyState === 'loading') document.addEventListener('DOMContentLoaded', start);
+    else start();
 })();

@@ -8,14 +8,30 @@ import { launchChromium } from './chromium.mjs';
 const script = readFileSync(new URL('../../site/TabrixDb/tabrixdb.js', import.meta.url), 'utf8');
 const site = 'http://site.test';
 
-const page = `<!DOCTYPE html><script src="/tabrixdb.js"></script><div style="height: 3000px"></div>
-<a name="orders_start"></a>
-<form name="orders" method="post">
-<input type="hidden" name="orders_command" value=""><input type="hidden" name="orders_params" value="">
-<input type="hidden" name="orders_anchor" value="#tabrixdb">
-<input name="submit" value="a field that hides form.submit"><input name="Name_1" value="Ada"></form>
-<form name="bare"></form>
-<script>function orders_validate() { document.orders.Name_1.required = -1; document.orders.Name_2.required = -1; }</script>
+// A grid as the engine writes it: anchors, a form with its hidden fields, the function that names what is required.
+const grid = (name, required, ...content) => `<a name='${name}_start'></a><form name="${name}" method="post"  >
+<input type="hidden" name="${name}_command" value=""><input type="hidden" name="${name}_params" value="">
+<input type="hidden" name="${name}_anchor" value="#tabrixdb">
+<table>${content.join('\n')}</table></form><a name='${name}_end'></a><script>
+function ${name}_validate() {
+${required.map(([field, least]) => `document.${name}.${field}.required=${least};`).join('\r\n')}
+}
+</script>`;
+
+// The second row has no inputs, as a row that is not being edited; grids in cells have forms that HTML does not allow.
+const orders = grid('orders', [['Name_1', -1], ['Name_2', -1], ['Note_1', 5], ['Way_1', -1], ['Size_1', -1]],
+    '<tr><th>Customer</th><th>Note <a href="#"><img alt="Sort Ascending" src="data:,"></a></th><th>Way</th><th>Size</th><th>Lines</th></tr>',
+    `<tr><td><input name="Name_1" value="Ada"><input type="hidden" name="submit" value="a field that hides form.submit"></td>
+    <td><textarea name="Note_1">Ring twice</textarea></td>
+    <td><fieldset><legend>Way</legend><input type="radio" name="Way_1" value="sea"  >By sea<input type="radio" name="Way_1" value="air">By air</fieldset></td>
+    <td><label><span>Size</span> <select name="Size_1"><option></option><option selected>small</option></select></label></td>
+    <td><form name="lines_1" method=post></form>${grid('lines_1', [['Text_1', -1]], '<tr><td><input name="Text_1" value="one"></td></tr>')}
+    <a href="javascript:edit_grid(0, 'orders','update')">Save</a></td></tr>`,
+    `<tr><td>Bob</td><td></td><td></td><td></td>
+    <td>${grid('lines_2', [], '<tr><td><input name="Text_1" value="two"></td></tr>')}</td></tr>`);
+
+const page = `<!DOCTYPE html><script src="/tabrixdb.js"></script><div style="height: 3000px"></div>${orders}
+<form name="bare"></form><input name="elsewhere" value="of no grid">
 <div style="height: 3000px"></div>`;
 
 describe('tabrixdb.js', () => {
@@ -46,8 +62,8 @@ describe('tabrixdb.js', () => {
         ["grid_sort('Unit Price',' DESC ','orders')", 'sort', 'orders;[Unit Price] DESC '],
         ["grid_pageoffset(4, 'orders' )", 'grid_offset', '4'],
         ["edit_source('orders','edit')", 'edit_source', 'orders;edit'],
-        ["edit_source('orders','update')", 'edit_source', 'orders;update'],
-        ["edit_source_onstart('orders','update')", 'edit_source', 'orders;update'],
+        ["edit_source('orders','cancel')", 'edit_source', 'orders;cancel'],
+        ["document.orders.Way_1[0].checked = true; edit_source_onstart('orders','update')", 'edit_source', 'orders;update'],
         ["edit_grid(3, 'orders','edit')", 'edit_grid', 'orders;edit;3'],
         ["toggle_to_form('orders')", 'form_mode', ''],
         ["toggle_to_grid('orders')", 'grid_mode', ''],
@@ -104,14 +120,102 @@ describe('tabrixdb.js', () => {
         assert.equal(posted, undefined);
     });
 
-    test('a required input that is empty is not saved, and reset_form brings its value back', async () => {
+    test('each grid posts its own fields, also in the rows of another', async () => {
+        const hidden = (name, command) => ({ [`${name}_command`]: command, [`${name}_params`]: '', [`${name}_anchor`]: '#tabrixdb' });
+        for (const [name, fields] of [
+            ['lines_1', { Text_1: 'one' }], ['lines_2', { Text_1: 'two' }],
+            ['orders', { Name_1: 'Ada', submit: 'a field that hides form.submit', Note_1: 'Ring twice', Size_1: 'small' }],
+        ]) {
+            await open();
+            await command(`grid_navigate('${name}','next_page')`);
+            assert.deepEqual(posted, { ...hidden(name, 'next_page'), ...fields });
+        }
+    });
+
+    test('inputs are named by their captions, items by their text, and what is required is marked', async () => {
+        await open();
+        await tab.getByLabel('Customer').fill('Eve');
+        await tab.getByLabel('Note').fill('No hurry');
+        await tab.getByLabel('By air').check();
+        assert.equal(await tab.locator('legend').innerText(), 'Way *');
+        assert.deepEqual(await tab.locator('[aria-required=true]').evaluateAll((fields) => fields.map((field) => field.name)),
+            ['Name_1', 'Note_1', 'Size_1', 'Text_1']);
+        assert.equal(await tab.locator('.tabrixdb-required').count(), 5);
+    });
+
+    test('what is missing is said beside its input, and nothing is posted before it is there', async () => {
+        await open();
+        await tab.fill('[name=Name_1]', ' ');
+        await tab.fill('[name=Note_1]', 'Ring');
+        await tab.selectOption('[name=Size_1]', '');
+        const focused = () => tab.evaluate('document.activeElement.name');
+        const said = () => tab.getByRole('alert').allInnerTexts();
+        await tab.evaluate("edit_grid(0, 'orders','update')");
+        assert.deepEqual(await said(), ['Please fill this in.', 'Please give at least 5 characters.', 'Please choose.', 'Please fill this in.']);
+        assert.equal(await focused(), 'Name_1');
+        const described = await tab.locator('[aria-invalid=true]').evaluateAll((fields) => fields.map((field) =>
+            [field.name, document.getElementById(field.getAttribute('aria-describedby')).innerText]));
+        assert.deepEqual(described, [['Name_1', 'Please fill this in.'], ['Note_1', 'Please give at least 5 characters.'],
+            ['Way_1', 'Please choose.'], ['Way_1', 'Please choose.'], ['Size_1', 'Please fill this in.']]);
+
+        // Each message goes when its input is right, and saving works when none is left.
+        await tab.fill('[name=Name_1]', 'Eve');
+        await tab.getByLabel('By sea').check();
+        await tab.selectOption('[name=Size_1]', 'small');
+        assert.deepEqual(await said(), ['Please give at least 5 characters.']);
+        await tab.evaluate("edit_source('orders','update')");
+        assert.equal(await focused(), 'Note_1');
+        assert.equal(posted, undefined);
+        await tab.fill('[name=Note_1]', 'Ring once');
+        assert.equal(await tab.locator('[aria-invalid], [aria-describedby]').count(), 0);
+        await command("edit_grid(0, 'orders','update')");
+        assert.equal(posted.orders_params, 'orders;update;0');
+        assert.equal(posted.Way_1, 'sea');
+    });
+
+    test('reset_form brings the values back and takes the messages away', async () => {
         await open();
         await tab.fill('[name=Name_1]', '');
-        await tab.evaluate("edit_source('orders','update')");
-        assert.equal(await tab.evaluate("document.querySelector('[name=Name_1]').matches(':focus:invalid')"), true);
-        assert.equal(posted, undefined);
+        await tab.evaluate("edit_grid(0, 'orders','update')");
         await tab.evaluate("reset_form('orders')");
         assert.equal(await tab.inputValue('[name=Name_1]'), 'Ada');
+        assert.equal(await tab.getByRole('alert').count(), 0);
+    });
+
+    test('Enter in an input saves its row', async () => {
+        await open();
+        await tab.getByLabel('By sea').check();
+        await tab.fill('[name=Name_1]', 'Eve');
+        await Promise.all([tab.waitForNavigation(), tab.press('[name=Name_1]', 'Enter')]);
+        assert.equal(posted.orders_command, 'edit_grid');
+        assert.equal(posted.Name_1, 'Eve');
+        // A grid without a save link keeps what was typed.
+        posted = undefined;
+        await tab.press('[name=Text_1] >> nth=1', 'Enter');
+        assert.equal(posted, undefined);
+    });
+
+    test('a date is chosen in a dialog and written as year-month-day', async () => {
+        for (const [before, offered] of [['3/9/2026', '2026-03-09'], ['2026-12-31', '2026-12-31'], ['some day', '']]) {
+            await open();
+            await tab.fill('[name=Name_1]', before);
+            await tab.evaluate("show_date('orders','Name_1')");
+            const dialog = tab.getByRole('dialog', { name: 'Choose a date' });
+            assert.equal(await dialog.getByLabel('Date').inputValue(), offered);
+            await dialog.getByLabel('Date').fill('2027-01-15');
+            await dialog.getByRole('button', { name: 'Choose' }).click();
+            assert.equal(await tab.inputValue('[name=Name_1]'), '2027-01-15');
+            assert.equal(await tab.evaluate('document.activeElement.name'), 'Name_1');
+        }
+    });
+
+    test('an upload says that there is none yet', async () => {
+        await open();
+        for (const name of ['upload_file', 'upload_image', 'upload_to_db', 'upload_to_dbimage']) {
+            const [dialog] = await Promise.all([
+                tab.waitForEvent('dialog').then(async (shown) => { await shown.accept(); return shown; }), tab.evaluate(`${name}('orders','Name_1')`)]);
+            assert.match(dialog.message(), /does not take files/);
+        }
     });
 
     test('a delete asks first', async () => {
