@@ -25,6 +25,8 @@ Card "smallest.asp", "The smallest grid", "Six lines of script and no template: 
 Card "orders.asp", "Orders", "A template of its own, striped rows, page counters, sort and filter icons."
 Card "three_files.asp", "Customers", "Head, row and bar in three files, each of them a page by itself."
 Card "sorted.asp", "Price list", "Sorted by the query, and by whoever clicks on a caption."
+Card "contents.asp", "Contents", "Links, evaluated prices, formatted dates, and in each order a grid of its lines with pages of its own."
+Card "controls.asp", "Controls", "Every kind of input control, in rows that are edited in place."
 Card "error.asp", "An error on purpose", "What happens when a table, a template or a name is not there."
 %>
 </ul>

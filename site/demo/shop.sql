@@ -60,6 +60,25 @@ create table order_lines (
     primary key (order_id, line)
 );
 
+-- One column for every kind of control: languages and weekdays hold the items from which language and days choose.
+create table workshops (
+    id        integer primary key,
+    title     varchar(60) not null,
+    about     text,
+    topic     varchar(40) not null references categories (name),
+    room      varchar(20) not null,
+    held      date not null,
+    seats     smallint not null check (seats between 1 and 40),
+    fee       decimal(10,2) not null,
+    bookable  boolean not null default 1,
+    level     varchar(12) not null check (level in ('Beginners', 'Advanced', 'Everyone')),
+    included  varchar(60),
+    languages varchar(80) not null,
+    language  varchar(20) not null,
+    weekdays  varchar(60) not null,
+    days      varchar(60)
+);
+
 create index products_by_category on products (category_id);
 create index orders_by_customer on orders (customer_id, ordered);
 create index order_lines_by_product on order_lines (product_id);
@@ -209,10 +228,44 @@ order by orders.id, line;
 update orders
 set total = round(freight + (select sum(quantity * unit_price * (1 - discount)) from order_lines where order_id = orders.id), 2);
 
+-- Workshops -------------------------------------------------------------------------------------------
+
+create temp table lessons (i integer primary key, title, topic, about);
+insert into lessons values
+    (0, 'Latte art <3', 'Coffee', 'Hearts first, then swans. We steam a lot of milk & drink most of it.'),
+    (1, 'A morning of green tea', 'Tea', 'Five gardens, one kettle: how water, time and leaf make the cup.'),
+    (2, 'Tempering chocolate', 'Chocolate', 'From bean to bar, with a marble slab, a thermometer and patience.'),
+    (3, 'Grind your own curry', 'Spices', 'Roast, grind, taste and take home three blends of your own.'),
+    (4, 'Jam for people in a hurry', 'Honey & jam', 'Forty minutes from fruit to jar, and why pectin is not cheating.'),
+    (5, 'Sourdough "from scratch"', 'Bread & cake', 'Starter, dough and oven; bring a jar with a lid.'),
+    (6, 'Throwing a tea bowl', 'Cups & pots', 'One lump of clay, one wheel, one bowl that is nearly round.'),
+    (7, 'Cupping for the curious', 'Coffee', 'Slurp loudly: twelve coffees side by side, blind.'),
+    (8, 'Oolong, slowly', 'Tea', 'One tea, nine infusions, an afternoon.'),
+    (9, 'Truffles & pralines', 'Chocolate', 'Filled, dipped, rolled in cocoa and boxed.'),
+    (10, 'Glazing day', 'Cups & pots', null),
+    (11, 'Bees for beginners', 'Honey & jam', 'A visit to the hives on the roof; veils are there in all sizes.');
+
+insert into workshops (id, title, about, topic, room, held, seats, fee, bookable, level, included, languages, language, weekdays, days)
+select
+    i + 1, title, about, topic,
+    case i % 4 when 0 then 'Kitchen' when 1 then 'Loft' when 2 then 'Cellar' else 'Garden' end,
+    date('2026-01-10', '+' || (i * 17) || ' days'),
+    6 + i * 5 % 13,
+    25 + i * 7 % 10 * 4.5,
+    i % 5 <> 3,
+    case i % 3 when 0 then 'Beginners' when 1 then 'Everyone' else 'Advanced' end,
+    case i % 4 when 0 then 'apron, recipes' when 1 then 'tea' when 2 then 'apron, tea, recipes' else null end,
+    case i % 2 when 0 then 'English,Portuguese,German' else 'English,Danish' end,
+    case i % 4 when 2 then 'Portuguese' when 1 then 'Danish' else 'English' end,
+    case i % 3 when 0 then 'Sat~Saturday,Sun~Sunday' else 'Mon~Monday,Wed~Wednesday,Fri~Friday' end,
+    case i % 3 when 0 then 'Sat' when 1 then 'Mon, Fri' else null end
+from lessons;
+
 drop table temp.kinds;
 drop table temp.makes;
 drop table temp.given;
 drop table temp.family;
 drop table temp.places;
+drop table temp.lessons;
 
 commit;

@@ -1,40 +1,18 @@
 // A newcomer's way through the demo shop: every page, every button, and what the database says about it.
 
 import assert from 'node:assert/strict';
-import { after, before, describe, test } from 'node:test';
-import { launchChromium } from './chromium.mjs';
-import { query, startServer } from './server.mjs';
+import { describe, test } from 'node:test';
+import { demoVisitor } from './visitor.mjs';
 
 describe('the demo shop', () => {
-    let server, browser, context, tab, complaints;
-
-    before(async () => {
-        server = await startServer();
-        browser = await launchChromium();
-    });
-    after(async () => {
-        await browser?.close();
-        assert.equal(await server?.stop(), 0, 'the server stops cleanly');
-    });
-
-    /** A visitor of their own: new cookies, and a list of everything that the browser complains about. */
-    async function visit(path) {
-        await context?.close();
-        context = await browser.newContext({ baseURL: server.url });
-        tab = await context.newPage();
-        complaints = [];
-        tab.on('console', (message) => message.type() === 'error' && complaints.push(message.text()));
-        tab.on('pageerror', (error) => complaints.push(error.message));
-        return tab.goto(path);
-    }
-
-    const follow = (link, page = tab) => Promise.all([page.waitForNavigation(), page.locator(link).first().click()]);
-    const navigate = (command, page = tab) => follow(`a[href*="'${command}'"]`, page);
+    const visitor = demoVisitor();
+    const { visit, follow, query } = visitor;
+    const navigate = (command, page) => follow(`a[href*="'${command}'"]`, page);
     const sortBy = (field, direction) => follow(`a[href*="grid_sort('${field}',' ${direction} '"]`);
-    const text = (selector, page = tab) => page.locator(selector).innerText();
+    const text = (selector, page = visitor.tab) => page.locator(selector).innerText();
 
     /** The texts of a grid's data rows, without its captions and its bar, and without the cell of buttons if there is one. */
-    async function cells(grid, page = tab) {
+    async function cells(grid, page = visitor.tab) {
         return page.evaluate((name) => {
             const rows = [...document.querySelectorAll(`form[name="${name}"] tr`)];
             const data = rows.filter((row) => row.cells.length > 1 && !row.querySelector('th, [href*="grid_sort"]'));
@@ -44,28 +22,28 @@ describe('the demo shop', () => {
     }
 
     const column = async (grid, index) => (await cells(grid)).map((row) => row[index]);
-    const ids = (sql) => query(server.site, sql).map((row) => String(Object.values(row)[0]));
+    const ids = (sql) => query(sql).map((row) => String(Object.values(row)[0]));
 
     test('the address of the site leads to the index, and its cards to all pages', async () => {
         await visit('/');
-        assert.equal(new URL(tab.url()).pathname, '/demo/');
-        const facts = await tab.locator('.facts dd').allInnerTexts();
+        assert.equal(new URL(visitor.tab.url()).pathname, '/demo/');
+        const facts = await visitor.tab.locator('.facts dd').allInnerTexts();
         assert.deepEqual(facts, ['240', '120', '1,500', '4,500']);
-        const files = await tab.locator('.card h2 a').evaluateAll((links) => links.map((link) => link.getAttribute('href')));
-        assert.deepEqual(files, ['smallest.asp', 'orders.asp', 'three_files.asp', 'sorted.asp', 'error.asp']);
+        const files = await visitor.tab.locator('.card h2 a').evaluateAll((links) => links.map((link) => link.getAttribute('href')));
+        assert.deepEqual(files, ['smallest.asp', 'orders.asp', 'three_files.asp', 'sorted.asp', 'contents.asp', 'controls.asp', 'error.asp']);
         for (const file of files) {
-            await tab.goto('/demo/');
-            const [response] = await Promise.all([tab.waitForNavigation(), tab.locator(`.card a[href="${file}"]`).click()]);
+            await visitor.tab.goto('/demo/');
+            const [response] = await Promise.all([visitor.tab.waitForNavigation(), visitor.tab.locator(`.card a[href="${file}"]`).click()]);
             assert.equal(response.status(), 200, file);
-            assert.equal(await tab.evaluate('document.compatMode'), 'CSS1Compat', `${file} writes something before its doctype`);
+            assert.equal(await visitor.tab.evaluate('document.compatMode'), 'CSS1Compat', `${file} writes something before its doctype`);
         }
-        assert.deepEqual(complaints, []);
+        assert.deepEqual(visitor.complaints, []);
     });
 
     test('the smallest grid shows the first rows of its query, as the database has them', async () => {
         await visit('/demo/smallest.asp');
         const shown = await cells('products');
-        const stored = query(server.site, 'select id, name, price, stock from products limit 10').map(Object.values);
+        const stored = query('select id, name, price, stock from products limit 10').map(Object.values);
         assert.deepEqual(shown.map((row) => row.slice(0, 4)), stored.map((row) => row.map(String)));
         assert.deepEqual(shown.map((row) => row[4]).slice(0, 2), ['6/29/2019', '10/4/2019']);
     });
@@ -84,7 +62,7 @@ describe('the demo shop', () => {
             await navigate(command);
             assert.deepEqual(await column('products', 0), expected, command);
         }
-        assert.deepEqual(complaints, []);
+        assert.deepEqual(visitor.complaints, []);
     });
 
     test('the template of its own shows counters, stripes, and more and fewer rows', async () => {
@@ -93,7 +71,7 @@ describe('the demo shop', () => {
         const state = async () => [await text('.page'), await text('.pages'), await text('.rows'), await text('.shown'), await text('.records')];
         assert.deepEqual(await state(), ['1', '125', '12', '[1-12]', '1500']);
         assert.deepEqual(await column('orders', 0), ids(`${order} limit 12`));
-        assert.equal(await tab.locator('tr.stripe').count(), 6);
+        assert.equal(await visitor.tab.locator('tr.stripe').count(), 6);
         for (const [command, expected] of [
             ['row+', ['1', '84', '18', '[1-18]', '1500']],
             ['next_page', ['2', '84', '18', '[19-36]', '1500']],
@@ -112,7 +90,7 @@ describe('the demo shop', () => {
 
     test('formats and captions of the page stand in the grid', async () => {
         await visit('/demo/orders.asp');
-        assert.deepEqual(await tab.locator('th').evaluateAll((heads) => heads.map((head) => head.innerText.trim())),
+        assert.deepEqual(await visitor.tab.locator('th').evaluateAll((heads) => heads.map((head) => head.innerText.trim())),
             ['Order', 'Ordered', 'Customer', 'Country', 'Status', 'Paid', 'Total']);
         const [row] = await cells('orders');
         assert.deepEqual(row, ['11500', '22 Nov 2025', 'Håkon Esposito', 'United Kingdom', 'new', 'False', '212.90']);
@@ -120,7 +98,7 @@ describe('the demo shop', () => {
 
     test('three files make one table', async () => {
         await visit('/demo/three_files.asp');
-        assert.equal(await tab.locator('form[name=customers] table').count(), 1);
+        assert.equal(await visitor.tab.locator('form[name=customers] table').count(), 1);
         const [row] = await cells('customers');
         assert.deepEqual(row, ['Ada Andersen', '', 'Aarhus', 'Denmark', '2015']);
         await navigate('last_page');
@@ -145,10 +123,10 @@ describe('the demo shop', () => {
     test('a filter keeps some rows until it is cleared', async () => {
         await visit('/demo/orders.asp');
         const keep = async (field, comparison, value) => {
-            await tab.locator(`a[href*="filter_field('orders', '[${field}]'"]`).click();
-            await tab.getByLabel('Comparison').selectOption(comparison);
-            await tab.getByLabel('Value').fill(value);
-            await Promise.all([tab.waitForNavigation(), tab.getByRole('button', { name: 'Filter' }).click()]);
+            await visitor.tab.locator(`a[href*="filter_field('orders', '[${field}]'"]`).click();
+            await visitor.tab.getByLabel('Comparison').selectOption(comparison);
+            await visitor.tab.getByLabel('Value').fill(value);
+            await Promise.all([visitor.tab.waitForNavigation(), visitor.tab.getByRole('button', { name: 'Filter' }).click()]);
         };
         const orders = 'select count(*) from orders join customers on customers.id = customer_id where';
         for (const [field, comparison, value, condition] of [
@@ -166,11 +144,11 @@ describe('the demo shop', () => {
 
     test('two visitors keep their own pages', async () => {
         await visit('/demo/orders.asp');
-        const other = await (await browser.newContext({ baseURL: server.url })).newPage();
+        const other = await (await visitor.newContext()).newPage();
         await other.goto('/demo/orders.asp');
         await navigate('last_page');
         await navigate('next_page', other);
-        await tab.goto('/demo/orders.asp');
+        await visitor.tab.goto('/demo/orders.asp');
         await other.goto('/demo/orders.asp');
         assert.equal(await text('.page'), '125');
         assert.equal(await text('.page', other), '2');
@@ -180,7 +158,7 @@ describe('the demo shop', () => {
     test('reloading after a command shows the same page again', async () => {
         await visit('/demo/orders.asp');
         await navigate('next_page');
-        await tab.reload();
+        await visitor.tab.reload();
         assert.equal(await text('.page'), '2');
     });
 
@@ -193,34 +171,34 @@ describe('the demo shop', () => {
             ['template', /File .*not_written_yet\.htm Not Found/],
         ]) {
             const response = await visit(`/demo/error.asp?kind=${kind}`);
-            const shown = await tab.getByRole('alert').innerText();
+            const shown = await visitor.tab.getByRole('alert').innerText();
             assert.match(shown, what, kind);
-            assert.match(shown, new RegExp(`Page: ${server.url}/demo/error\\.asp\\?kind=${kind}`), kind);
-            assert.equal((await tab.content()).includes('This line is not reached'), false, kind);
+            assert.match(shown, new RegExp(`Page: ${visitor.url}/demo/error\\.asp\\?kind=${kind}`), kind);
+            assert.equal((await visitor.tab.content()).includes('This line is not reached'), false, kind);
             assert.ok(response.status() < 500, kind);
         }
         const response = await visit('/demo/error.asp?kind=script');
         assert.equal(response.status(), 500);
-        assert.match(await tab.innerText('body'), /800a000d[\s\S]*Type mismatch/);
+        assert.match(await visitor.tab.innerText('body'), /800a000d[\s\S]*Type mismatch/);
         assert.equal((await visit('/demo/nowhere.asp')).status(), 404);
         assert.equal((await visit('/demo/orders.asp')).status(), 200);
     });
 
     test('sources, settings and the database are not served', async () => {
         for (const path of ['/tabrixdb.toml', '/demo/data/shop.db', '/demo/shop.sql', '/../CMakeLists.txt', '/%2e%2e/CMakeLists.txt', '/demo/..%2f..%2fCMakeLists.txt']) {
-            const response = await fetch(server.url + path);
+            const response = await fetch(visitor.url + path);
             assert.ok([400, 403, 404].includes(response.status), `${path}: ${response.status}`);
         }
-        const page = await (await fetch(`${server.url}/demo/orders.asp::$DATA`)).text();
+        const page = await (await fetch(`${visitor.url}/demo/orders.asp::$DATA`)).text();
         assert.equal(page.includes('CreateSource "orders", _'), false);
     });
 
     test('every page fits a telephone', async () => {
         await visit('/demo/');
-        await tab.setViewportSize({ width: 390, height: 844 });
-        for (const file of ['', 'orders.asp', 'three_files.asp', 'sorted.asp', 'error.asp']) {
-            await tab.goto(`/demo/${file}`);
-            assert.ok(await tab.evaluate('document.documentElement.scrollWidth <= innerWidth'), file);
+        await visitor.tab.setViewportSize({ width: 390, height: 844 });
+        for (const file of ['', 'orders.asp', 'three_files.asp', 'sorted.asp', 'contents.asp', 'controls.asp', 'error.asp']) {
+            await visitor.tab.goto(`/demo/${file}`);
+            assert.ok(await visitor.tab.evaluate('document.documentElement.scrollWidth <= innerWidth'), file);
         }
     });
 });

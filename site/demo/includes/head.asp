@@ -15,6 +15,8 @@
 <a href="/demo/orders.asp">Orders</a>
 <a href="/demo/three_files.asp">Customers</a>
 <a href="/demo/sorted.asp">Price list</a>
+<a href="/demo/contents.asp">Contents</a>
+<a href="/demo/controls.asp">Controls</a>
 <a href="/demo/error.asp">Error</a>
 </nav></header>
 <main>
