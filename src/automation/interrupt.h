@@ -21,6 +21,11 @@ public:
     explicit Interrupt(Clock::time_point deadline = Clock::time_point::max()) noexcept
         : deadline_(deadline) {}
 
+    // For what runs inside a page: stops by itself, and whenever the run of this thread has to stop.
+    struct InsideRun {};
+
+    explicit Interrupt(InsideRun) noexcept : inside_run_(true), deadline_(Clock::time_point::max()) {}
+
     // From any thread. The first reason stays.
     void stop(Reason reason) noexcept {
         Reason none = Reason::None;
@@ -29,7 +34,16 @@ public:
 
     void set_deadline(Clock::time_point deadline) noexcept { deadline_ = deadline; }
 
-    Reason reason() const noexcept { return reason_.load(std::memory_order_relaxed); }
+    // Forgets an earlier stop. Only for one that no other thread stops.
+    void restart(Clock::time_point deadline) noexcept {
+        reason_.store(Reason::None, std::memory_order_relaxed);
+        deadline_ = deadline;
+    }
+
+    Reason reason() const noexcept {
+        const Reason own = reason_.load(std::memory_order_relaxed);
+        return own == Reason::None && inside_run_ && current_ ? current_->reason() : own;
+    }
 
     bool stopped() const noexcept { return reason() != Reason::None; }
 
@@ -40,14 +54,14 @@ public:
             work_ = 0;
             return check();
         }
-        return stopped();
+        return inside_run_ && current_ ? current_->poll() || stopped() : stopped();
     }
 
     // As poll(), but the clock is read each time: for those that wait rather than work.
     bool check() noexcept {
         if (Clock::now() >= deadline_)
             stop(Reason::TimedOut);
-        return stopped();
+        return inside_run_ && current_ ? current_->check() || stopped() : stopped();
     }
 
     // Texts and arrays of a run hold at most this many bytes.
@@ -95,6 +109,7 @@ private:
     static inline thread_local Interrupt* current_ = nullptr;
 
     std::atomic<Reason> reason_{Reason::None};
+    bool inside_run_ = false;
     std::uint32_t work_ = 0; // since the clock was read
     std::int64_t held_ =
         0; // less than nothing when the run lets go of what an earlier one left in the session

@@ -2,42 +2,49 @@
 
 #include "automation/interrupt.h"
 #include "platform/host.h"
+#include "scripting/script_control_error.h"
 #include "vbscript/machine.h"
 
-#include <chrono>
-#include <memory>
 #include <optional>
 #include <string>
 
 namespace tabrixdb::scripting {
 
-// Evaluates expressions of the script language: its operators and its library, and nothing else. There is no
-// object to create, no page and no file in sight, and an expression that takes too long is stopped.
+// MSScriptControl.ScriptControl: a script engine of its own for a page, with the language's operators and
+// library and what the page puts into it. There is no object to create, no page and no file in sight, unless
+// the page hands an object in. What runs in it ends with the page's time and memory.
+//
+// What the script raises is raised in the page, with its number and description, and is in Error.
 class ScriptControl final : public platform::ScriptControl {
 public:
-    // An expression is worked out for one cell of one row; it has no business taking longer.
-    static constexpr std::chrono::seconds kTimeLimit{5};
-
-    explicit ScriptControl(std::chrono::milliseconds time_limit = kTimeLimit) : time_limit_(time_limit) {}
+    static constexpr std::int32_t kDefaultTimeout = 10000; // milliseconds, as pages know it
+    static constexpr std::int32_t kNoTimeout = -1;
 
     const ClassInfo& class_info() const override;
 
-    // "VBScript", ignoring case; Error 380 for any other.
+    // "VBScript", ignoring case, which it is from the beginning; Error 380 for any other.
     void set_language(std::string_view language) override;
 
     // Kept for pages that set it: there is no user interface to show.
     void set_allow_ui(bool allow) override { allow_ui_ = allow; }
 
-    // Raises what the expression raises, compile errors too; Error 440 when it was stopped.
+    // Error 440 when it took longer than Timeout; Empty when the page has to stop.
     Variant eval(std::string_view expression) override;
 
+    // Milliseconds for one call; kNoTimeout: as long as the page may. Error 380 for other negative ones.
+    void set_timeout(std::int32_t milliseconds);
+
 private:
-    // An engine of its own for this control; a new one after a stop.
-    struct Engine {
-        Engine();
-        Interrupt interrupt;
-        std::unique_ptr<vbscript::Environment> environment;
-        vbscript::Machine machine;
+    // Nothing but the language.
+    class EmptyWorld final : public vbscript::Environment {
+    public:
+        Ref<Object> create_object(std::string_view) override;
+
+        Object* global_object(std::string_view) override { return nullptr; }
+
+        void write(const Variant&) override {}
+
+        void write_literal(std::string_view) override {}
     };
 
     const std::string& language() const { return language_; }
@@ -48,12 +55,38 @@ private:
 
     void put_allow_ui(bool allow) { set_allow_ui(allow); }
 
+    std::int32_t timeout() const { return timeout_; }
+
+    std::int32_t state() const { return state_; }
+
+    void set_state(std::int32_t state);
+
+    Ref<ScriptControlError> error() const { return error_; }
+
     Variant eval_text(const std::string& expression) { return eval(expression); }
+
+    void run_code(const std::string& code);
+    Variant run_procedure(Arguments name_and_arguments);
+    void add_object(const std::string& name, const Variant& object, bool members);
+    void reset();
+
+    // Runs `body` in the engine, with the time limit, and keeps what it raises in Error.
+    template <class Body>
+    Variant guarded(const Body& body);
+    vbscript::Machine& machine();
+    Variant stopped();
 
     std::string language_ = "VBScript";
     bool allow_ui_ = false;
-    std::chrono::milliseconds time_limit_;
-    std::optional<Engine> engine_;
+    bool safe_subset_ = true; // kept for pages that set it: there is no other
+    std::int32_t window_ = 0; // likewise
+    std::int32_t timeout_ = kDefaultTimeout;
+    std::int32_t state_ = 0;
+    int depth_ = 0; // of calls at work: a script may call the control that runs it
+    Ref<ScriptControlError> error_ = make_ref<ScriptControlError>();
+    EmptyWorld world_;
+    Interrupt interrupt_{Interrupt::InsideRun()};
+    std::optional<vbscript::Machine> machine_;
 };
 
 } // namespace tabrixdb::scripting

@@ -33,6 +33,10 @@ Variant Machine::eval(std::string_view expression) {
     return state_->eval(expression);
 }
 
+void Machine::add_object(std::string_view name, Ref<Object> object, bool members) {
+    state_->add_object(name, std::move(object), members);
+}
+
 // --- State: entrances ------------------------------------------------------------------------------
 
 Machine::State::State(Environment& environment, Interrupt& interrupt, Limits limits)
@@ -71,12 +75,41 @@ Variant Machine::State::eval(std::string_view expression) {
 }
 
 Variant Machine::State::evaluate(std::string_view expression, const Frame* scope) {
-    Source source;
-    source.files.emplace_back();
-    source.texts.push_back(std::make_shared<const std::string>(expression));
-    source.pieces.push_back({Piece::Kind::Code, *source.texts.back(), {}});
-    const std::unique_ptr<LoadedUnit> unit = link(compile_expression(std::move(source)), scope);
+    const std::unique_ptr<LoadedUnit> unit = link(compiled(expression), scope);
     return execute(*unit, unit->program->main, {}).value_or(Variant());
+}
+
+namespace {
+
+// Expressions that a machine keeps compiled. A page has few that come again, unlike those that are put
+// together from a record's values, which go when there are too many.
+constexpr std::size_t kKeptExpressions = 64;
+constexpr std::size_t kMaxKeptLength = 4096;
+
+} // namespace
+
+std::shared_ptr<const Program> Machine::State::compiled(std::string_view expression) {
+    std::string text(expression);
+    if (const auto found = expressions_.find(text); found != expressions_.end())
+        return found->second;
+    std::shared_ptr<const Program> program = compile_expression(Source::of_code(text));
+    if (text.size() > kMaxKeptLength)
+        return program;
+    if (expressions_.size() == kKeptExpressions)
+        expressions_.clear();
+    return expressions_.emplace(std::move(text), std::move(program)).first->second;
+}
+
+void Machine::State::add_object(std::string_view name, Ref<Object> object, bool members) {
+    Global& named = global(name);
+    named.kind = Global::Kind::Object;
+    named.value = Variant(object);
+    if (!members)
+        return;
+    member_holders_.push_back(std::move(object));
+    for (auto& [other, found] : globals_) // names that units are linked to already
+        if (found.kind == Global::Kind::Undefined)
+            resolve(found, other);
 }
 
 // --- Names and units -------------------------------------------------------------------------------
@@ -86,7 +119,7 @@ Global& Machine::State::global(std::string_view name) {
     return found != globals_.end() ? found->second : globals_[std::string(name)];
 }
 
-// A name that no unit declares: the host's, then the library's.
+// A name that no unit declares: the host's, then the library's, then a member of an object of its own.
 void Machine::State::resolve(Global& global, std::string_view name) {
     if (Object* object = environment_.global_object(name)) {
         global.kind = Global::Kind::Object;
@@ -94,6 +127,15 @@ void Machine::State::resolve(Global& global, std::string_view name) {
     } else if (const LibraryFunction* function = find_library_function(name)) {
         global.kind = Global::Kind::Library;
         global.library = function;
+    } else {
+        for (const Ref<Object>& holder : member_holders_) {
+            global.member = holder->find(name);
+            if (global.member < 0)
+                continue;
+            global.kind = Global::Kind::Member;
+            global.value = Variant(holder);
+            return;
+        }
     }
 }
 
@@ -140,7 +182,8 @@ void Machine::State::declare(LoadedUnit& unit) {
         case Program::Declared::No:
             break;
         case Program::Declared::Implicit:
-            if (found.kind == Global::Kind::Constant || found.kind == Global::Kind::Procedure)
+            if (found.kind == Global::Kind::Constant || found.kind == Global::Kind::Procedure ||
+                found.kind == Global::Kind::Member)
                 throw located(named_error(501, wanted.name), program.source, {});
             found.kind = Global::Kind::Variable;
             break;
@@ -166,24 +209,24 @@ void Machine::State::declare(LoadedUnit& unit) {
 
 namespace {
 
-// Procedures called by objects, and Eval, take the thread's own stack: at most this many inside each other.
-constexpr int kMaxEntrances = 100;
-
+// Procedures called by objects, and Eval, take the thread's own stack: at most this many inside each other,
+// whichever machines they belong to.
 class Entrance {
 public:
-    explicit Entrance(int& depth) : depth_(depth) {
-        if (depth_ == kMaxEntrances)
+    Entrance() {
+        if (depth == kMost)
             throw Error(28);
-        ++depth_;
+        ++depth;
     }
 
-    ~Entrance() { --depth_; }
+    ~Entrance() { --depth; }
 
     Entrance(const Entrance&) = delete;
     Entrance& operator=(const Entrance&) = delete;
 
 private:
-    int& depth_;
+    static constexpr int kMost = 100;
+    static inline thread_local int depth = 0;
 };
 
 } // namespace
@@ -192,7 +235,7 @@ std::optional<Variant> Machine::State::execute(LoadedUnit& unit, const Procedure
                                                Arguments arguments) {
     if (arguments.size() != procedure.parameters.size())
         raise_named(kErrorArguments, procedure.name);
-    const Entrance entrance(entrances_);
+    const Entrance entrance;
     const std::size_t base = frames_.size();
     push_frame(unit, procedure, {});
     Frame& frame = frames_.back();

@@ -49,8 +49,11 @@ public:
     // Calls a procedure of the units that ran; nullopt when none has that name or the run was stopped.
     std::optional<Variant> call(std::string_view procedure, Arguments arguments);
     bool has_procedure(std::string_view name) const;
-    // The value of one expression, with the machine's global names in sight. Raises ScriptError.
+    // The value of one expression, with the machine's global names in sight; Empty when the run was stopped.
+    // Raises ScriptError. What was compiled is kept for expressions that come again.
     Variant eval(std::string_view expression);
+    // Makes the object a global name; with `members`, its members, too, where nothing else has their names.
+    void add_object(std::string_view name, Ref<Object> object, bool members);
 
 private:
     class State;

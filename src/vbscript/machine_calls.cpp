@@ -101,6 +101,9 @@ bool Machine::State::call_link(Frame& frame, const Instruction& instruction, Ope
     case Global::Kind::Procedure:
         call_procedure(frame, *link.global, result, list, count);
         return true;
+    case Global::Kind::Member:
+        value = call_global_member(frame, *link.global, list, count, name);
+        break;
     case Global::Kind::Library:
         value = call_library(frame, *link.global->library, list, count);
         break;
@@ -143,6 +146,19 @@ void Machine::State::call_procedure(Frame& frame, const Global& global, Operand 
             callee.slots[parameter.at.index()] = argument;
         else
             callee.references[parameter.at.index()] = &argument;
+    }
+}
+
+Variant Machine::State::call_global_member(Frame& frame, const Global& global, const Operand* list,
+                                           std::size_t count, const std::string& name) {
+    const Ref<Object> object(global.value.object());
+    const CallArguments arguments(references_, slots_, frame, list, count);
+    try {
+        return object->invoke(global.member, Access::Get, arguments.span());
+    } catch (const ScriptError&) {
+        throw;
+    } catch (const Error& error) {
+        rethrow_named(error, name);
     }
 }
 

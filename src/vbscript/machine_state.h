@@ -27,6 +27,7 @@ struct Global {
         Constant,
         Object, // of the host
         Procedure,
+        Member, // of the object that is the value
         Library,
         CreateObject, // the functions that need the machine itself
         Eval,
@@ -41,6 +42,7 @@ struct Global {
     LoadedUnit* unit = nullptr;
     const Procedure* procedure = nullptr;
     const LibraryFunction* library = nullptr;
+    int member = -1;
 };
 
 // A name that a unit uses, found in this machine. For Eval `value` may be a local of the caller.
@@ -109,6 +111,7 @@ public:
     std::optional<Variant> call(std::string_view procedure, Arguments arguments);
     const Global* procedure(std::string_view name) const;
     Variant eval(std::string_view expression);
+    void add_object(std::string_view name, Ref<Object> object, bool members);
 
 private:
     // --- Names and units
@@ -118,6 +121,7 @@ private:
     std::unique_ptr<LoadedUnit> link(std::shared_ptr<const Program> program, const Frame* scope);
     void declare(LoadedUnit& unit);
     Variant evaluate(std::string_view expression, const Frame* scope);
+    std::shared_ptr<const Program> compiled(std::string_view expression);
 
     // --- Running
     // Runs one procedure from C++; nullopt when the run was stopped.
@@ -141,6 +145,8 @@ private:
                    std::size_t count, Operand local);
     void call_procedure(Frame& frame, const Global& global, Operand result, const Operand* list,
                         std::size_t count);
+    Variant call_global_member(Frame& frame, const Global& global, const Operand* list, std::size_t count,
+                               const std::string& name);
     Variant call_library(Frame& frame, const LibraryFunction& function, const Operand* list,
                          std::size_t count);
     Variant create_object(Frame& frame, const Operand* list, std::size_t count);
@@ -179,8 +185,9 @@ private:
     Ref<ErrObject> err_;
     std::unordered_map<std::string, Global, IgnoreCaseHash, IgnoreCaseEqual> globals_;
     std::unordered_map<const Program*, std::unique_ptr<LoadedUnit>> units_;
-    std::deque<Frame> frames_; // a Frame stays where it is
-    int entrances_ = 0;        // of C++ into this machine, one inside the other
+    std::unordered_map<std::string, std::shared_ptr<const Program>> expressions_; // by their text
+    std::vector<Ref<Object>> member_holders_;                                     // see add_object
+    std::deque<Frame> frames_;                                                    // a Frame stays where it is
     ChunkStack<Variant> slots_;
     ChunkStack<Variant*> references_;
     Variant returned_;

@@ -37,6 +37,15 @@ struct Source {
     std::vector<std::string> files; // names as messages show them
     std::vector<std::shared_ptr<const std::string>> texts;
     std::vector<Piece> pieces;
+
+    // One piece of code in a file without a name, as Eval and a script control have it.
+    static Source of_code(std::string code) {
+        Source source;
+        source.files.emplace_back();
+        source.texts.push_back(std::make_shared<const std::string>(std::move(code)));
+        source.pieces.push_back({Piece::Kind::Code, *source.texts.back(), {}});
+        return source;
+    }
 };
 
 // Who raised an error of the script engine itself, as messages and Err.Source name it.

@@ -2,40 +2,81 @@
 #include "automation/error.h"
 #include "scripting/script_control.h"
 
+#include <functional>
+
 #include <gtest/gtest.h>
 
+// What pages do with the control is in tests/asp/cases/script_control.asp; here is what has to end.
 namespace tabrixdb::scripting {
 namespace {
 
-TEST(ScriptControl, evaluates_as_a_page_asks) {
-    const auto control = make_ref<ScriptControl>();
-    let(*control, "Language", Variant("VBScript"));
-    let(*control, "AllowUI", Variant(false));
-    EXPECT_EQ(to_text(get(*control, "Eval", {Variant("UCase(\"a\") & 2 * 3")})).view(), "A6");
-    EXPECT_TRUE(control->eval("1 = 1").boolean());
-}
-
-std::int32_t error_of(ScriptControl& control, std::string_view expression) {
+std::int32_t error_of(const std::function<void()>& action) {
     try {
-        control.eval(expression);
+        action();
     } catch (const Error& error) {
         return error.number();
     }
     return 0;
 }
 
-TEST(ScriptControl, reports_errors_and_goes_on) {
-    const auto control = make_ref<ScriptControl>();
-    EXPECT_EQ(error_of(*control, "1 +"), 1023);
-    EXPECT_EQ(error_of(*control, "1 : 2"), 1025);
-    EXPECT_EQ(error_of(*control, "1 / 0"), 11);
-    EXPECT_EQ(error_of(*control, "CreateObject(\"Scripting.FileSystemObject\")"), 429);
-    EXPECT_EQ(error_of(*control, "Response.Write(1)"), 424);
-    EXPECT_EQ(control->eval("2").whole(), 2);
+void execute(ScriptControl& control, const char* statement) {
+    get(control, "ExecuteStatement", {Variant(statement)});
 }
 
-TEST(ScriptControl, takes_no_other_language) {
-    EXPECT_THROW(make_ref<ScriptControl>()->set_language("JScript"), Error);
+const char* const kEndless[] = {
+    "Do : Loop",
+    "While True : On Error Resume Next : Err.Raise 5 : Wend",
+    "Sub Again : On Error Resume Next : Do : Again : Loop : End Sub\nAgain",
+    "Do : Eval \"Forever()\" : Loop\nFunction Forever : Do : Loop : End Function",
+};
+
+TEST(ScriptControl, ends_what_takes_too_long_and_goes_on) {
+    const auto control = make_ref<ScriptControl>();
+    control->set_timeout(0);
+    execute(*control, "kept = 5");
+    for (const char* endless : kEndless) {
+        EXPECT_EQ(error_of([&] { execute(*control, endless); }), 440) << endless;
+        EXPECT_EQ(to_long(get(*get(*control, "Error").object(), "Number")), 440);
+        EXPECT_EQ(control->eval("kept").whole(), 5);
+    }
+}
+
+TEST(ScriptControl, ends_with_the_page) {
+    for (const char* endless : kEndless) {
+        Interrupt page(Interrupt::Clock::now());
+        const Interrupt::Scope scope(page);
+        const auto control = make_ref<ScriptControl>();
+        control->set_timeout(ScriptControl::kNoTimeout);
+        EXPECT_EQ(error_of([&] { execute(*control, endless); }), 0) << endless;
+        EXPECT_EQ(page.reason(), Interrupt::Reason::TimedOut);
+    }
+}
+
+// Controls that call one another take the thread's stack.
+TEST(ScriptControl, limits_calls_inside_each_other) {
+    const auto chain_of = [](int controls) {
+        auto control = make_ref<ScriptControl>();
+        execute(*control, "Function F : F = 1 : End Function");
+        for (int i = 1; i < controls; ++i) {
+            const auto outer = make_ref<ScriptControl>();
+            get(*outer, "AddObject", {Variant("inner"), Variant(control)});
+            execute(*outer, "Function F : F = inner.Run(\"F\") : End Function");
+            control = outer;
+        }
+        return control;
+    };
+    EXPECT_EQ(chain_of(90)->eval("F").whole(), 1);
+    EXPECT_EQ(error_of([&] { chain_of(500)->eval("F"); }), 28);
+}
+
+TEST(ScriptControl, lives_as_long_as_its_script_runs) {
+    auto control = make_ref<ScriptControl>();
+    const auto holder = make_ref<ScriptControl>();
+    get(*holder, "AddObject", {Variant("held"), Variant(control)});
+    get(*control, "AddObject", {Variant("holder"), Variant(holder)});
+    ScriptControl& only_held = *control;
+    control = {};
+    execute(only_held, "holder.Reset : x = 1");
 }
 
 } // namespace

@@ -35,7 +35,13 @@ Variant script_engine(Arguments) {
     return "TabrixScript";
 }
 
+// There are no files to open as objects, and no other programs to ask for theirs.
+Variant get_object(Arguments) {
+    throw Error(kErrorCannotCreate);
+}
+
 constexpr LibraryFunction kFunctions[] = {
+    {"GetObject", 0, 2, get_object},
     {"GetLocale", 0, 0, get_locale},
     {"SetLocale", 0, 1, set_locale},
     {"ScriptEngine", 0, 0, script_engine},
