@@ -35,8 +35,8 @@ Refusal changed_meanwhile(const DbSource& source, const PostedForm& form, std::i
             source.records().append_value(i, held);
             return form.is_unchanged(i, posted) ? "" : item(field, held);
         });
-    return {"Nothing was saved: somebody else has changed this record since it was shown." +
-            (differences.empty() ? "" : " It holds now:" + differences)};
+    return {.message = "Nothing was saved: somebody else has changed this record since it was shown." +
+                       (differences.empty() ? "" : " It holds now:" + differences)};
 }
 
 Refusal gone_meanwhile(const DbSource& source, const PostedForm& form, std::int16_t row) {
@@ -44,16 +44,17 @@ Refusal gone_meanwhile(const DbSource& source, const PostedForm& form, std::int1
         list_of(source, form, row, [](std::size_t, const DbField& field, const std::string& posted) {
             return item(field, posted);
         });
-    return {"Nothing was saved: this record is not there any more." +
-            (typed.empty() ? "" : " What you had typed:" + typed)};
+    return {.message = "Nothing was saved: this record is not there any more." +
+                       (typed.empty() ? "" : " What you had typed:" + typed),
+            .record_gone = true};
 }
 
 Refusal bad_value(const DbField& field, std::string_view why) {
-    return {"Nothing was saved. " + caption_of(field) + ": " + html_encode(why)};
+    return {.message = "Nothing was saved. " + caption_of(field) + ": " + html_encode(why)};
 }
 
 Refusal not_written(std::string_view why) {
-    return {"Nothing was saved: " + html_encode(why)};
+    return {.message = "Nothing was saved: " + html_encode(why)};
 }
 
 } // namespace tabrixdb

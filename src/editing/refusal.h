@@ -8,9 +8,10 @@
 
 namespace tabrixdb {
 
-// Thrown, and caught, within this folder: a change that the user is to hear of. HTML.
+// Thrown, and caught, within this folder: a change that the user is to hear of.
 struct Refusal {
-    std::string message;
+    std::string message;      // HTML
+    bool record_gone = false; // there is no record any more that could be shown again
 };
 
 // The current record is not as it was shown any more: says what it holds now where that is not what was

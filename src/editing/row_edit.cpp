@@ -20,12 +20,16 @@ constexpr std::string_view kOtherRows[] = {
 
 } // namespace
 
+void edit_row(GridState state, std::int16_t row) {
+    state.set(kEditRow, row);
+    state.set(kEdit, true);
+}
+
 void process_row_edit(const GridCommand& command, GridState state) {
     guard("Update Row - " + state.grid(), [&] {
         const bool row_command = command.word == "edit_grid";
         if (row_command && command.part(1) == "edit") {
-            state.set(kEditRow, to_integer(command.part(2)));
-            state.set(kEdit, true);
+            edit_row(state, to_integer(command.part(2)));
         } else if ((row_command && command.part(1) == "cancel") ||
                    std::ranges::find(kOtherRows, command.word) != std::end(kOtherRows)) {
             state.set(kEdit, false);

@@ -14,6 +14,9 @@ namespace tabrixdb {
 // command without its row, a row that is no 16-bit number) are reported as "Update Row".
 void process_row_edit(const GridCommand& command, GridState state);
 
+// Edits a row: its 0-based place on the page.
+void edit_row(GridState state, std::int16_t row);
+
 // Whether a row shows its controls: the one that is being edited, or in GridEditMode "GRID" every row.
 // `row`: 1-based place on the page.
 bool is_row_edited(const Pro& pro, const GridState& state, std::int16_t row);

@@ -19,10 +19,10 @@ template <class Change>
 EditResult carry_out(const Edit& edit, Change change) {
     try {
         change();
-        return {.saved = !page_ended(), .refusal = {}};
+        return {.done = !page_ended()};
     } catch (const Refusal& refusal) {
         records_of(edit).cancel_update();
-        return {.saved = false, .refusal = refusal.message};
+        return {.refusal = refusal.message, .record_gone = refusal.record_gone};
     }
 }
 
@@ -120,14 +120,17 @@ Found find_shown(const Edit& edit, std::int16_t row) {
     }
 }
 
-// Brings the recordset to the record that a row showed, or refuses.
-void stand_on_shown(const Edit& edit, const PostedForm& form, std::int16_t row) {
-    if (!edit.shown.is_posted())
-        return;
+// Brings the recordset to the record that a row showed, as it may be now.
+Found find_or_refuse(const Edit& edit, const PostedForm& form, std::int16_t row) {
     const Found found = find_shown(edit, row);
     if (found == Found::Nowhere)
         throw gone_meanwhile(edit.source, form, row);
-    if (found == Found::Changed)
+    return found;
+}
+
+// The same, but it must be as it was shown.
+void stand_on_shown(const Edit& edit, const PostedForm& form, std::int16_t row) {
+    if (edit.shown.is_posted() && find_or_refuse(edit, form, row) == Found::Changed)
         throw changed_meanwhile(edit.source, form, row);
 }
 
@@ -136,11 +139,11 @@ void remove_record(const Edit& edit) {
     records_of(edit).requery();
 }
 
-// Brings the recordset to the page's first record, and `row` on from there.
-void go_to_row(const Edit& edit, std::int16_t index, bool positioned) {
+// Brings the recordset to the page's first record, and `index` on from there.
+void go_to_row(const Edit& edit, std::int16_t index) {
     platform::Recordset& records = records_of(edit);
     try {
-        if (!positioned) {
+        if (!edit.positioned) {
             records.set_page_size(edit.state.number("_PageSize"));
             records.set_absolute_page(edit.state.number("_CurrentPage"));
         }
@@ -149,6 +152,14 @@ void go_to_row(const Edit& edit, std::int16_t index, bool positioned) {
         if (!edit.shown.is_posted()) // else the record is looked for
             throw;
     }
+}
+
+void save_row(const Edit& edit, const PostedForm& form, std::int16_t row) {
+    if (!assign_values(edit, form, row, "Update Row"))
+        return;
+    write(edit, [&] { records_of(edit).update(); });
+    records_of(edit).requery();
+    GridState(edit.state).set("_edit", false);
 }
 
 // Assigns and writes each row of the page that was posted.
@@ -210,26 +221,25 @@ EditResult add_record(const Edit& edit) {
     });
 }
 
-EditResult update_row(const Edit& edit, bool positioned) {
+EditResult update_row(const Edit& edit) {
     return guard("Update Row - " + edit.state.grid(), [&]() -> EditResult {
         if (edit.command.word != "edit_grid")
             return {};
         const std::string& action = edit.command.part(1);
-        if (action != "delete" && (action != "update" || !edit.state.flag("_edit")))
+        const bool guarded = edit.shown.is_posted();
+        // A form that had the row's controls was in edit, whatever the session has forgotten since.
+        const bool saves = action == "update" && (guarded || edit.state.flag("_edit"));
+        if (!saves && action != "delete" && (action != "edit" || !guarded))
             return {};
         const std::int16_t index = to_integer(edit.command.part(2));
+        const PostedForm form(edit.source, edit.shown, FormMode::Edit);
         const std::int16_t row = to_short(std::int64_t{index} + 1);
         return carry_out(edit, [&] {
-            const PostedForm form(edit.source, edit.shown, FormMode::Edit);
-            go_to_row(edit, index, positioned);
+            go_to_row(edit, index);
+            if (action == "edit")
+                return (void)find_or_refuse(edit, form, row);
             stand_on_shown(edit, form, row);
-            if (action == "delete")
-                return remove_record(edit);
-            if (!assign_values(edit, form, row, "Update Row"))
-                return;
-            write(edit, [&] { records_of(edit).update(); });
-            records_of(edit).requery();
-            GridState(edit.state).set("_edit", false);
+            action == "delete" ? remove_record(edit) : save_row(edit, form, row);
         });
     });
 }
@@ -245,7 +255,7 @@ EditResult update_grid(const Edit& edit, std::int16_t rows, std::int16_t selecte
             return {};
         return carry_out(edit, [&] {
             const PostedForm form(edit.source, edit.shown, FormMode::Edit);
-            records_of(edit).move(selected - 1);
+            go_to_row(edit, to_short(selected - 1));
             stand_on_shown(edit, form, selected);
             remove_record(edit);
         });

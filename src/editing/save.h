@@ -8,7 +8,6 @@
 
 #include <cstdint>
 #include <string>
-#include <string_view>
 
 namespace tabrixdb {
 
@@ -19,23 +18,28 @@ struct Edit {
     GridState state;
     const DbSource& source;
     const ShownRows& shown; // what the posted form says about itself
+    // The recordset stands on the page's first record already; otherwise the session says where the page
+    // begins.
+    bool positioned = false;
 };
 
 // What came of it. A form that says what it had shown gets its refusal as a message, with which it is shown
 // again; the failures of any other are reported, as those of any procedure.
 struct EditResult {
-    bool saved = false;
-    std::string refusal; // HTML; "" when nothing was refused
+    bool done = false;     // it was carried out
+    std::string refusal{}; // HTML; "" when nothing was refused
+    bool record_gone =
+        false; // refused because the record is not there any more; else the recordset stands on it
 };
 
 // "edit_source" with "addnew": inserts a record from the add form and keeps its bookmark in the session
 // ("_NewRecord_BookMark"). Failures: "AddNewRecord".
 EditResult add_record(const Edit& edit);
 
-// "edit_grid" with "update" or "delete": saves or deletes the record of one row, and ends its editing.
-// `positioned`: the recordset stands on the page's first record already; otherwise the session says where the
-// page begins. Failures: "Update Row".
-EditResult update_row(const Edit& edit, bool positioned);
+// "edit_grid" with "update" or "delete": saves or deletes the record of one row, and ends its editing; with
+// "edit": brings the recordset to the record that the row showed, when the form says which. Failures: "Update
+// Row".
+EditResult update_row(const Edit& edit);
 
 // "edit_source" with "update": saves every row of the page, or none, in one transaction; with "delete":
 // deletes the selected record. The recordset stands on the page's first record. `rows`: the most that a page

@@ -24,6 +24,10 @@ public:
     std::string header_template;
     std::string footer_template;
     bool grid_mode = false;
+
+    // What it takes to make it again, and pages do not see.
+    std::string fed_by; // the grid whose source it shares; "": it has its own
+    bool single_template = false;
 };
 
 } // namespace tabrixdb

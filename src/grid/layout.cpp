@@ -1,5 +1,8 @@
 #include "grid/layout.h"
 
+#include "automation/text.h"
+
+#include <algorithm>
 #include <utility>
 
 namespace tabrixdb {
@@ -42,6 +45,16 @@ GridLayout layout_of_parts(TemplateParts parts, std::string header, std::string 
     if (!layout.opening.empty())
         layout.closing = "</table></form>";
     return layout;
+}
+
+bool has_edit_buttons(const GridLayout& layout) {
+    constexpr std::string_view kSigns[] = {"#~btn_edit", "#~btn_update", "#~btn_delete",
+                                           "#~btn_add",  "edit_grid(",   "edit_source"};
+    const std::string* const parts[] = {&layout.header, &layout.row, &layout.stripe, &layout.footer};
+    return std::ranges::any_of(parts, [&](const std::string* part) {
+        return std::ranges::any_of(kSigns,
+                                   [&](std::string_view sign) { return contains_ignore_case(*part, sign); });
+    });
 }
 
 } // namespace tabrixdb

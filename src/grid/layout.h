@@ -25,4 +25,7 @@ GridLayout layout_of_template(TemplateParts parts, bool combine);
 // Error 6 for a table tag beyond the 16-bit positions.
 GridLayout layout_of_parts(TemplateParts parts, std::string header, std::string footer, bool combine);
 
+// Whether it has buttons that change records.
+bool has_edit_buttons(const GridLayout& layout);
+
 } // namespace tabrixdb

@@ -7,6 +7,7 @@
 #include "engine/report.h"
 #include "grid/create_grid.h"
 #include "grid/db_grid.h"
+#include "grid/kept_settings.h"
 
 namespace tabrixdb {
 
@@ -16,21 +17,6 @@ namespace {
 std::int16_t number_or(const std::string& text, std::int16_t otherwise) {
     return text.empty() ? otherwise : to_integer(text);
 }
-
-// Keeps the outer grid's edit mode from what the inner one does.
-class KeptEditMode {
-public:
-    explicit KeptEditMode(Pro& pro) : pro_(pro), mode_(pro.grid_edit_mode) {}
-
-    ~KeptEditMode() { pro_.grid_edit_mode = mode_; }
-
-    KeptEditMode(const KeptEditMode&) = delete;
-    KeptEditMode& operator=(const KeptEditMode&) = delete;
-
-private:
-    Pro& pro_;
-    const std::string mode_;
-};
 
 } // namespace
 
@@ -64,7 +50,7 @@ std::string NestedGrid::render_instance(const std::string& grid, const std::stri
         open_dynamic_source(pro_, source_id);
     if (page_ended())
         return {};
-    const KeptEditMode kept(pro_);
+    const KeptSettings kept(pro_);
     create_grid(pro_, {.grid_id = instance,
                        .source_id = source_id,
                        .row_template = row_template,

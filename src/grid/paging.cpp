@@ -2,7 +2,10 @@
 
 #include "automation/conversions.h"
 #include "automation/error.h"
+#include "editing/row_edit.h"
 #include "engine/report.h"
+
+#include <algorithm>
 
 namespace tabrixdb {
 
@@ -52,6 +55,13 @@ void move_selection(const GridCommand& command, GridState& state, platform::Reco
     } else if (command.word == "last_page") {
         state.set(kOffset, records.record_count() - 1);
     }
+}
+
+// The place in the recordset of the record with offset 0: a grid without pages counts through the whole.
+std::int32_t page_start(const GridState& state) {
+    const std::int64_t page = state.number(kPage);
+    const std::int64_t start = page > 0 ? (page - 1) * state.number(kPageSize) : 0;
+    return static_cast<std::int32_t>(std::clamp<std::int64_t>(start, 0, INT32_MAX));
 }
 
 // The list form of a fed grid: it follows the source grid when the user acted there, else its own commands.
@@ -131,6 +141,25 @@ void process_page_logic_for_form(const Pro& pro, const GridCommand& command, con
         }
         pro.trace("Process_PageLogic_ForForm - End");
     });
+}
+
+void edit_record_at(std::int32_t index, GridState state, const GridState* selecting, std::int16_t rows) {
+    std::int32_t row = 0;
+    if (selecting) {
+        GridState(*selecting).set(kOffset, index - page_start(*selecting));
+    } else {
+        const std::int32_t size =
+            state.number(kPageSize) > 0 ? state.number(kPageSize) : std::max<std::int32_t>(rows, 1);
+        state.set(kPage, to_short(index / size + 1));
+        row = index % size;
+    }
+    edit_row(state, to_short(row));
+}
+
+void keep_selection_within(GridState state, platform::Recordset& records) {
+    const std::int32_t last = std::max(records.record_count() - 1 - page_start(state), 0);
+    if (!state.blank(kOffset) && state.number(kOffset) > last)
+        state.set(kOffset, last);
 }
 
 } // namespace tabrixdb

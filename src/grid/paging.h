@@ -32,4 +32,12 @@ void process_offset_logic(const GridCommand& command, GridState state, platform:
 void process_page_logic_for_form(const Pro& pro, const GridCommand& command, const std::string& source_grid,
                                  platform::Recordset& records, bool grid_mode, const std::string& this_grid);
 
+// Brings a record into sight and edits it: `index` is its 0-based place in the recordset, `rows` the page
+// size of a grid that was not shown yet. A fed grid shows it by the selection, which is kept in `selecting`
+// (nullptr for a grid with its own source).
+void edit_record_at(std::int32_t index, GridState state, const GridState* selecting, std::int16_t rows);
+
+// After a record went: moves the selected record of a grid back to the last one, where it is beyond.
+void keep_selection_within(GridState state, platform::Recordset& records);
+
 } // namespace tabrixdb

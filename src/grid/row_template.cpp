@@ -20,11 +20,11 @@ bool is_blank(std::string_view value) {
     return value.find_first_not_of(' ') == std::string_view::npos;
 }
 
+} // namespace
+
 std::string_view shown_value(std::string_view value) {
     return is_blank(value) ? "&nbsp;" : value;
 }
-
-} // namespace
 
 RowTemplate::RowTemplate(std::string text, const std::vector<ColumnTag>& tags, RowContent& content,
                          bool compiled)

@@ -5,9 +5,13 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tabrixdb {
+
+// What stands for a column's value in a row: a value that is empty or blank is written as "&nbsp;".
+std::string_view shown_value(std::string_view value);
 
 // What the rows of a grid are filled with.
 class RowContent {

@@ -2,8 +2,10 @@
 
 #include "editing/row_edit.h"
 #include "engine/report.h"
-#include "grid/row_template.h"
+#include "grid/validation.h"
 #include "template/parse_view.h"
+
+#include <optional>
 
 namespace tabrixdb {
 
@@ -41,13 +43,25 @@ public:
     void append_value(std::string& out, std::size_t column, std::int16_t row) override {
         const ColumnValue& value = rows_.content_.value(column);
         ShownValue shown;
-        value.append_plain(shown.plain);
+        if (!take_typed(shown.plain, column))
+            value.append_plain(shown.plain);
         if (shows_content(value.field(), FormMode::Edit))
             append_content(shown.content, column, row);
         out += parse_view(rows_.buttons_.pro, FormMode::Edit, rows_.source_, value.name(), row, shown);
     }
 
     void finish(std::string& text, std::int16_t row) override { rows_.finish(text, row, true); }
+
+private:
+    // The refused value, if there is one for that column of the current record.
+    bool take_typed(std::string& plain, std::size_t column) const {
+        if (rows_.typed_row_ == 0)
+            return false;
+        auto posted = rows_.typed_->form.value(column, rows_.typed_row_);
+        if (posted)
+            plain = std::move(*posted);
+        return posted.has_value();
+    }
 };
 
 GridRows::GridRows(const ButtonContext& buttons, const DbSource& source, NestedGrids& nested, Feeding feeding)
@@ -59,7 +73,8 @@ GridRows::GridRows(const ButtonContext& buttons, const DbSource& source, NestedG
         tags_.emplace_back(content_.value(i).name());
 }
 
-void GridRows::append(std::string& out, const GridLayout& layout, std::int16_t most) {
+void GridRows::append(std::string& out, const GridLayout& layout, std::int16_t most,
+                      std::string& validation) {
     Shown shown(*this);
     Edited edited(*this);
     // The rows of a fed grid show counters of their record, so each is made by itself.
@@ -68,17 +83,38 @@ void GridRows::append(std::string& out, const GridLayout& layout, std::int16_t m
         {{layout.row, tags_, shown, compiled}, {layout.row, tags_, edited, compiled}},
         {{layout.stripe, tags_, shown, compiled}, {layout.stripe, tags_, edited, compiled}}};
     platform::Recordset& records = source_.records();
+    RowMarker marker(source_);
     for (std::int16_t row = 1; row <= most && !records.eof(); ++row) {
         const bool stripe = row % 2 == 0 && !layout.stripe.empty();
         const bool is_edited = is_row_edited(buttons_.pro, buttons_.state, row);
+        if (marks_)
+            mark_row(marker);
         RowTemplate& row_template = templates[stripe][is_edited];
         row_template.append(out, row);
         if (page_ended())
             return;
-        for (std::size_t i = 0; i < tags_.size(); ++i)
-            if (row_template.shows(i))
-                require_inputs(i, row);
+        note_controls(row_template, row, is_edited, validation);
         records.move_next();
+    }
+}
+
+void GridRows::mark_row(RowMarker& marker) {
+    RowMark mark = marker.mark();
+    typed_row_ = typed_ ? typed_->shown.row_of(mark.key) : std::int16_t{0};
+    marks_->add_row(std::move(mark));
+}
+
+// Which inputs have to be filled, deliberately also in rows that are not edited, and which columns have a
+// control.
+void GridRows::note_controls(const RowTemplate& row_template, std::int16_t row, bool edited,
+                             std::string& validation) {
+    for (std::size_t i = 0; i < tags_.size(); ++i) {
+        if (!row_template.shows(i))
+            continue;
+        const DbField& field = content_.value(i).field();
+        append_required(validation, buttons_.state.grid(), field, row);
+        if (marks_ && edited && field.view(FormMode::Edit) != "NORMAL")
+            marks_->add_control(i);
     }
 }
 
@@ -91,13 +127,6 @@ void GridRows::finish(std::string& text, std::int16_t row, bool edited) {
     parse_row_buttons(text, buttons_, row, edited);
     if (feeding_.from_grid)
         parse_header_footer_buttons(text, buttons_);
-}
-
-void GridRows::require_inputs(std::size_t column, std::int16_t row) {
-    const ColumnValue& value = content_.value(column);
-    if (value.field().required != 0)
-        validation_ += "document." + buttons_.state.grid() + "." + posted_name(value.name(), row) +
-                       ".required=" + std::to_string(value.field().required) + ";\r\n";
 }
 
 } // namespace tabrixdb

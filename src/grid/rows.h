@@ -1,7 +1,10 @@
 #pragma once
 
 #include "data/db_source.h"
+#include "editing/posted_form.h"
+#include "editing/shown_rows.h"
 #include "grid/layout.h"
+#include "grid/row_template.h"
 #include "template/buttons.h"
 #include "template/column_tag.h"
 #include "template/nested_grids.h"
@@ -22,29 +25,42 @@ public:
         bool grid_mode = false; // it is a list: its record pointers lead nowhere
     };
 
+    // A refused post, whose values the rows that are edited show instead of their records'.
+    struct Typed {
+        PostedForm form;
+        const ShownRows& shown; // which records it was for
+    };
+
     // Borrows all of them for its own life. Error 5 for a column of the source that has no DbField.
     GridRows(const ButtonContext& buttons, const DbSource& source, NestedGrids& nested, Feeding feeding);
 
-    // Appends the records from the current one on, at most `most`, each by the row template or the stripe.
-    void append(std::string& out, const GridLayout& layout, std::int16_t most);
+    // Marks each row and its controls in `shown`, for a later save.
+    void mark_in(ShownRows& shown) { marks_ = &shown; }
 
-    // The body of the grid's validation function: the inputs of those rows that have to be filled.
-    const std::string& validation() const noexcept { return validation_; }
+    void show_typed(const Typed& typed) { typed_ = &typed; }
+
+    // Appends the records from the current one on, at most `most`, each by the row template or the stripe;
+    // and to `validation` the inputs of those rows that have to be filled.
+    void append(std::string& out, const GridLayout& layout, std::int16_t most, std::string& validation);
 
 private:
     class Content;
     class Shown;
     class Edited;
 
+    void mark_row(RowMarker& marker);
+    void note_controls(const RowTemplate& row_template, std::int16_t row, bool edited,
+                       std::string& validation);
     void finish(std::string& text, std::int16_t row, bool edited);
-    void require_inputs(std::size_t column, std::int16_t row);
 
     ButtonContext buttons_;
     const DbSource& source_;
     Feeding feeding_;
     RecordContent content_;
     std::vector<ColumnTag> tags_;
-    std::string validation_;
+    ShownRows* marks_ = nullptr;
+    const Typed* typed_ = nullptr;
+    std::int16_t typed_row_ = 0; // the refused post's row for the current record; 0: it has none
 };
 
 } // namespace tabrixdb

@@ -185,6 +185,20 @@ void parse_row_buttons(std::string& text, const ButtonContext& context, std::int
     });
 }
 
+void parse_add_buttons(std::string& text, const std::string& grid) {
+    guard("Check AddNew Record", [&] {
+        fill_tag(text, "#~grid_name~#", grid);
+        for (const std::string_view action : {"edit", "delete"})
+            remove_link(text, "<a href=\"" + row_tag(action));
+        const std::string call = "javascript:edit_source('" + grid + "','";
+        for (const std::string_view ending : {"_row~#", "~#"}) {
+            fill_tag(text, "#~btn_update" + std::string(ending), call + "addnew')");
+            fill_tag(text, "#~btn_cancel" + std::string(ending), call + "canceladd')");
+        }
+        fill_tag(text, "#~btn_reset~#", "javascript:reset_form('" + grid + "')");
+    });
+}
+
 void fill_record_pointer(std::string& text, std::int16_t row) {
     replace_record_pointer(text, [&](const std::string& target) {
         return "javascript:grid_pageoffset(" + row_index(row) + ", '" + target + "' )";

@@ -33,6 +33,10 @@ void form_grid_header(std::string& header, const ButtonContext& context, const D
 // the page; `edited`: it shows its controls.
 void parse_row_buttons(std::string& text, const ButtonContext& context, std::int16_t row, bool edited);
 
+// Turns the button tags of a form for a new record into links that insert it or leave the form; removes those
+// that edit or delete a record.
+void parse_add_buttons(std::string& text, const std::string& grid);
+
 // Fills the tag by which a row moves another grid to its record; only the first target of a row is filled.
 void fill_record_pointer(std::string& text, std::int16_t row);
 // The same tag in a grid whose rows move no other: it leads nowhere ("#").

@@ -157,7 +157,12 @@ void check_from_field(std::string& view, const Control& control) {
 // --- Kinds ---------------------------------------------------------------------------------------------
 
 void fill_value(std::string& view, const Control& control) {
-    fill_tag(view, kValueTag, encoded(control.value.plain));
+    const std::string& value = control.value.plain;
+    // A browser drops the line break that a text area begins with.
+    const bool begins_broken = value.starts_with('\n') || value.starts_with('\r');
+    if (begins_broken && contains_ignore_case(view, "<textarea"))
+        return fill_tag(view, kValueTag, "\r\n" + encoded(value));
+    fill_tag(view, kValueTag, encoded(value));
 }
 
 // The link text of an upload into the database, which may be an image.
@@ -205,7 +210,7 @@ std::string parse_view(Pro& pro, FormMode mode, const DbSource& source, std::str
         }
         if (view == kNoView)
             return value.content;
-        const bool proposes = mode == FormMode::Add && !field.default_value.empty();
+        const bool proposes = mode == FormMode::Add && !field.default_value.empty() && !value.typed;
         const ShownValue shown = proposes ? ShownValue{field.default_value, field.default_value} : value;
         fill_by_kind(view, kind, {source, field, shown});
         fill_tag(view, "#~field_name~#", posted_name(column, row));

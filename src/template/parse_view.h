@@ -13,6 +13,7 @@ namespace tabrixdb {
 struct ShownValue {
     std::string plain;   // the column's value without its Format: what a control edits
     std::string content; // what the column shows where it is not edited, as HTML
+    bool typed = false;  // the user's own, which no Default_value replaces
 };
 
 // Whether a mode's control shows the content, so that there is no need to make it for others.

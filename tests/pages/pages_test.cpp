@@ -1,113 +1,37 @@
-// Runs the .steps files of this folder: each is one browser's visit to the pages of site/, which are run by
-// the real page runner on a real database. A step is
+// Runs the .steps files of this folder: each is a visit to the pages of site/, which are run by the real page
+// runner on a real database. A step is
 //
-//   > PATH[?QUERY] [FORM]  a request; with FORM (url-encoded, blanks as "+") it is posted
-//   TEXT               what the page writes, blanks at both ends left out, or lines of
-//   ~ TEXT             what it contains
-//   !~ TEXT            what it does not contain
-//   = FILE             the file that it equals byte for byte (line breaks are CR LF in the page, LF in the
-//   file)
+//   > PATH[?QUERY] [FORM]  a request; with FORM (url-encoded, blanks as "+") it is posted; "name=@" in it is
+//   the hidden
+//                          field of the last page
+//   2> PATH ...            the same from a second browser
+//   sql STATEMENT          changes the database
+//   TEXT                   what the page writes, blanks at both ends left out, or lines of
+//   ~ TEXT                 what it contains
+//   !~ TEXT                what it does not contain
+//   = FILE                 the file that it equals byte for byte (line breaks are CR LF in the page, LF in
+//   the file) ? QUERY => ROWS        what the database holds then: "a|b c|d", null as "-"
 
-#include "asp/page.h"
+#include "automation/text.h"
+#include "tests/pages/browser.h"
 
-#include <filesystem>
-#include <fstream>
-#include <sstream>
-#include <string>
 #include <vector>
-
-#include <gtest/gtest.h>
-#include <sqlite3.h>
 
 namespace {
 
 namespace fs = std::filesystem;
 using namespace tabrixdb;
-
-const fs::path kFolder = TABRIXDB_TEST_CASES;
-
-std::string read_file(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    std::ostringstream text;
-    text << file.rdbuf();
-    return text.str();
-}
+using namespace tabrixdb::testing_pages;
 
 std::string trimmed(const std::string& text) {
     const std::size_t first = text.find_first_not_of(" \r\n");
     return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(" \r\n") - first + 1);
 }
 
-// A copy of the site with a database of its own, gone at the end.
-class SiteCopy {
-public:
-    SiteCopy() {
-        std::string name = (fs::temp_directory_path() / "tabrixdb-pages-XXXXXX").string();
-        root_ = mkdtemp(name.data());
-        fs::copy(kFolder / "site", root_, fs::copy_options::recursive);
-        sqlite3* database = nullptr;
-        EXPECT_EQ(sqlite3_open((root_ / "shop.db").c_str(), &database), SQLITE_OK);
-        char* message = nullptr;
-        sqlite3_exec(database, read_file(kFolder / "shop.sql").c_str(), nullptr, nullptr, &message);
-        EXPECT_EQ(message, nullptr) << message;
-        sqlite3_free(message);
-        sqlite3_close(database);
-    }
-
-    ~SiteCopy() { fs::remove_all(root_); }
-
-    const fs::path& root() const { return root_; }
-
-private:
-    fs::path root_;
-};
-
-// One browser: keeps the session's cookie.
-class Browser {
-public:
-    explicit Browser(asp::Site& site) : site_(site) {}
-
-    std::string ask(const std::string& path, const std::string& form) {
-        auto request = std::make_shared<asp::HttpRequest>();
-        request->path = path.substr(0, path.find('?'));
-        if (request->path.size() < path.size())
-            request->query = path.substr(request->path.size() + 1);
-        request->headers = {{"Host", "site.test"}};
-        if (!session_.empty())
-            request->headers.push_back({"Cookie", std::string(asp::kSessionCookie) + "=" + session_});
-        if (!form.empty()) {
-            request->method = "POST";
-            request->headers.push_back({"Content-Type", "application/x-www-form-urlencoded"});
-            request->body = form;
-        }
-        Interrupt interrupt;
-        asp::HttpResponse response = asp::Page(site_, request, request->path, lease(), interrupt).run();
-        keep_cookie(response);
-        return response.body;
-    }
-
-private:
-    asp::SessionLease lease() {
-        const auto session = session_.empty() ? nullptr : site_.sessions.find(session_);
-        if (!session)
-            return {};
-        session->turnstile.enter([] {});
-        return asp::SessionLease(site_.sessions, session);
-    }
-
-    void keep_cookie(const asp::HttpResponse& response) {
-        const std::string start = std::string(asp::kSessionCookie) + "=";
-        for (const asp::Header& header : response.headers)
-            if (header.value.starts_with(start))
-                session_ = header.value.substr(start.size(), header.value.find(';') - start.size());
-    }
-
-    asp::Site& site_;
-    std::string session_;
-};
-
 struct Step {
+    int browser = 0;
     std::string path, form;
+    std::string sql;
     std::vector<std::string> expected;
     int line = 0;
 };
@@ -118,12 +42,18 @@ std::vector<Step> steps_of(const fs::path& file) {
     int number = 0;
     for (std::string line; std::getline(lines, line);) {
         ++number;
-        if (line.starts_with("> ")) {
-            const std::size_t blank = line.find(' ', 2);
-            steps.push_back({line.substr(2, blank - 2),
-                             blank == std::string::npos ? "" : line.substr(blank + 1),
-                             {},
-                             number});
+        const bool second = line.starts_with("2> ");
+        if (second || line.starts_with("> ")) {
+            const std::string request = line.substr(second ? 3 : 2);
+            const std::size_t blank = request.find(' ');
+            steps.push_back({.browser = second,
+                             .path = request.substr(0, blank),
+                             .form = blank == std::string::npos ? "" : request.substr(blank + 1),
+                             .sql = {},
+                             .expected = {},
+                             .line = number});
+        } else if (line.starts_with("sql ")) {
+            steps.push_back({0, {}, {}, line.substr(4), {}, number});
         } else if (!line.empty() && line[0] != '#') {
             steps.back().expected.push_back(line);
         }
@@ -131,7 +61,7 @@ std::vector<Step> steps_of(const fs::path& file) {
     return steps;
 }
 
-void check(const Step& step, const std::string& body) {
+void check(const SiteCopy& site, const Step& step, const std::string& body) {
     ASSERT_FALSE(step.expected.empty()) << "a step without an expectation";
     for (const std::string& expected : step.expected) {
         if (expected.starts_with("~ "))
@@ -140,6 +70,8 @@ void check(const Step& step, const std::string& body) {
             EXPECT_EQ(body.find(expected.substr(3)), std::string::npos) << "in: " << body;
         else if (expected.starts_with("= "))
             EXPECT_EQ(replace_all(body, "\r\n", "\n"), read_file(kFolder / expected.substr(2)));
+        else if (const std::size_t arrow = expected.find(" => "); expected.starts_with("? "))
+            EXPECT_EQ(site.query(expected.substr(2, arrow - 2)), expected.substr(arrow + 4));
         else
             EXPECT_EQ(trimmed(body), expected);
     }
@@ -150,10 +82,13 @@ class Pages : public testing::TestWithParam<fs::path> {};
 TEST_P(Pages, AnswerAsExpected) {
     const SiteCopy copy;
     asp::Site site(copy.root(), {}, [](std::string_view) {});
-    Browser browser(site);
+    Browser browsers[] = {Browser(site), Browser(site)};
     for (const Step& step : steps_of(GetParam())) {
         SCOPED_TRACE(GetParam().filename().string() + ":" + std::to_string(step.line) + " " + step.form);
-        check(step, browser.ask(step.path, step.form));
+        if (step.sql.empty())
+            check(copy, step, browsers[step.browser].ask(step.path, step.form));
+        else
+            copy.query(step.sql);
     }
 }
 

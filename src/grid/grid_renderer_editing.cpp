@@ -1,0 +1,128 @@
+#include "automation/conversions.h"
+#include "editing/row_edit.h"
+#include "engine/report.h"
+#include "grid/db_grid.h"
+#include "grid/grid_renderer.h"
+#include "grid/kept_settings.h"
+#include "grid/paging.h"
+#include "template/view_tags.h"
+
+// The steps that carry out a posted command to change records, and what the grid shows after it.
+namespace tabrixdb {
+
+bool GridRenderer::commands(std::string_view word, std::string_view action) const {
+    return command_.word == word && command_.parts.size() > 1 && command_.parts[1] == action;
+}
+
+Edit GridRenderer::edit(bool positioned) {
+    return {pro_, command_, state_, *source_, posted_, positioned};
+}
+
+// Inserts the posted record, by the controls of the add template.
+void GridRenderer::add_record() {
+    if (commands("edit_source", "addnew")) {
+        const bool has_template = pro_.single_grid_template && !grid_.footer_template.empty();
+        if (has_template) {
+            std::string path = grid_.footer_template;
+            std::string text = pro_.read_template(path, true, false);
+            parse_view_tags(text, *source_);
+        }
+        if (page_ended())
+            return;
+        edited_ = tabrixdb::add_record(edit(false));
+        if (has_template && !edited_.refusal.empty())
+            show_add_form_again();
+    }
+    adds_ = pro_.grid_edit_mode == "ADD" || commands("edit_source", "add") || !edited_.refusal.empty();
+}
+
+void GridRenderer::show_add_form_again() {
+    pro_.grid_edit_mode = "ADD";
+    grid_.row_template = grid_.footer_template;
+    read_templates();
+}
+
+void GridRenderer::edit_row_of_page() {
+    process_row_edit(command_, state_);
+    if (!page_ended() && !grid_.from_grid)
+        edit_row(false);
+}
+
+// What can be done only when the recordset stands on the page's first record: the row of a grid that another
+// one feeds, and the whole page.
+void GridRenderer::edit_positioned() {
+    const bool whole_page = commands("edit_source", "update") || commands("edit_source", "delete");
+    const bool row = grid_.from_grid && command_.word == "edit_grid";
+    if (row)
+        edit_row(true);
+    if (whole_page)
+        edit_page();
+    if (!page_ended() && grid_.from_grid && edited_.done && !commands("edit_grid", "edit"))
+        render_source_grid_again();
+    if (!page_ended() && (row || whole_page))
+        page();
+}
+
+void GridRenderer::edit_row(bool positioned) {
+    if (command_.word != "edit_grid")
+        return;
+    edited_ = update_row(edit(positioned));
+    if (page_ended())
+        return;
+    const bool refused = !edited_.refusal.empty();
+    if (edited_.record_gone)
+        state_.set("_edit", false);
+    else if ((commands("edit_grid", "edit") && edited_.done) || (commands("edit_grid", "update") && refused))
+        edit_record_at(records().absolute_position() - 1, state_, offset_grid(), grid_.rows);
+    else if (commands("edit_grid", "delete") && edited_.done)
+        keep_selection_within(grid_.from_grid ? *offset_grid() : state_, records());
+}
+
+void GridRenderer::edit_page() {
+    const std::int64_t selected = grid_.from_grid ? 1 : std::int64_t{state_.number("_Offset")} + 1;
+    edited_ = update_grid(edit(true), rows_, to_short(selected));
+    if (page_ended())
+        return;
+    if (commands("edit_source", "delete")) {
+        if (edited_.done)
+            keep_selection_within(grid_.from_grid ? *offset_grid() : state_, records());
+    } else if (edited_.done) {
+        leave_edit_form();
+    } else {
+        command_.parts[1] = "edit"; // the page stays in edit, with the buttons of a page that is
+    }
+}
+
+// From the edit template back to the list.
+void GridRenderer::leave_edit_form() {
+    if (!pro_.single_grid_template || grid_.row_template == list_template_)
+        return;
+    state_.set("_mode", "");
+    pro_.grid_edit_mode = pro_.chosen_edit_mode;
+    grid_.row_template = list_template_;
+    read_templates();
+}
+
+// The grid that feeds this one was made before the change.
+void GridRenderer::render_source_grid_again() {
+    const std::string& id = source_state_->grid();
+    if (!request().value(id + "_command").empty())
+        return; // it has a command of its own, which is not to be carried out twice
+    const Ref<DbGrid> made = pro_.grids->get<DbGrid>(id);
+    std::string source_id = made->fed_by.empty() ? made->source : made->fed_by;
+    std::string row_template = made->row_template;
+    const KeptSettings kept(pro_);
+    pro_.single_grid_template = made->single_template;
+    create_grid(pro_, {.grid_id = id,
+                       .source_id = source_id,
+                       .row_template = row_template,
+                       .header_template = made->header_template,
+                       .footer_template = made->footer_template,
+                       .rows = to_integer(made->rows),
+                       .increment = to_integer(made->row_increment),
+                       .from_grid = !made->fed_by.empty(),
+                       .grid_mode = made->grid_mode,
+                       .depth = grid_.depth});
+}
+
+} // namespace tabrixdb
