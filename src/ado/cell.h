@@ -75,6 +75,14 @@ public:
             bytes_.assign(cell.view());
     }
 
+    // Puts more text or bytes behind what it has; Null becomes these.
+    void append(const Cell& more) {
+        if (cell_.is_null())
+            *this = OwnedCell(more);
+        else
+            bytes_.append(more.view());
+    }
+
     Cell get() const noexcept { return cell_.has_view() ? Cell::of_view(cell_.kind, bytes_) : cell_; }
 
 private:

@@ -133,16 +133,11 @@ Variant Result::get_chunk(std::size_t column, std::int32_t size) {
 
 void Result::append_chunk(std::size_t column, const Variant& chunk) {
     const OwnedCell more = from_variant(chunk, infos()[column]);
-    if (!chunk_.appending || chunk_.column != column || more.get().is_null()) {
+    auto& pending = new_values_[column];
+    if (!chunk_.appending || chunk_.column != column || !pending || more.get().is_null())
         set_value(column, chunk);
-    } else {
-        const Cell held = cell(column);
-        std::string joined(held.has_view() ? held.view() : std::string_view());
-        joined.append(more.get().has_view() ? more.get().view() : std::string_view());
-        const bool is_bytes = more.get().kind == Cell::Kind::Bytes;
-        new_values_[column] =
-            OwnedCell(Cell::of_view(is_bytes ? Cell::Kind::Bytes : Cell::Kind::Text, joined));
-    }
+    else
+        pending->append(more.get());
     chunk_ = {column, 0, true};
 }
 

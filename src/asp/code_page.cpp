@@ -3,7 +3,11 @@
 #include "automation/text.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
+#include <numeric>
+#include <optional>
+#include <unordered_map>
 
 #include <iconv.h>
 
@@ -101,6 +105,32 @@ private:
     iconv_t handle_;
 };
 
+constexpr std::size_t kBytes = 256;
+constexpr char32_t kUnreadable = 0xFFFD;
+
+// The characters of the bytes of a code page; nullopt when it has characters of several bytes.
+std::optional<std::array<char32_t, kBytes>> characters_of(std::uint32_t code_page) {
+    if (code_page == kUtf8)
+        return std::nullopt;
+    std::string bytes(kBytes, '\0');
+    std::iota(bytes.begin(), bytes.end(), '\0');
+    const std::string text = decode_bytes(std::move(bytes), code_page);
+    std::array<char32_t, kBytes> characters{};
+    std::size_t count = 0;
+    for (std::size_t at = 0; at < text.size(); ++count) {
+        const char32_t c = next_code_point(text, at);
+        if (count < kBytes)
+            characters[count] = c == kUnreadable ? static_cast<char32_t>(count) : c;
+    }
+    return count == kBytes ? std::optional(characters) : std::nullopt;
+}
+
+std::array<char32_t, kBytes> single_characters(std::uint32_t code_page) {
+    constexpr std::uint32_t kWestern = 1252;
+    const auto characters = characters_of(code_page);
+    return characters ? *characters : *characters_of(kWestern);
+}
+
 } // namespace
 
 bool is_code_page(std::uint32_t code_page) noexcept {
@@ -135,6 +165,29 @@ std::string encode_text(std::string_view text, std::uint32_t code_page) {
             });
     }
     return std::string(text);
+}
+
+std::string decode_single_bytes(std::string_view bytes, std::uint32_t code_page) {
+    const auto characters = single_characters(code_page);
+    std::string text;
+    text.reserve(bytes.size());
+    for (const char byte : bytes)
+        append_utf8(text, characters[static_cast<unsigned char>(byte)]);
+    return text;
+}
+
+std::string encode_single_bytes(std::string_view text, std::uint32_t code_page) {
+    const auto characters = single_characters(code_page);
+    std::unordered_map<char32_t, char> bytes;
+    for (std::size_t i = 0; i < kBytes; ++i)
+        bytes.emplace(characters[i], static_cast<char>(i));
+    std::string encoded;
+    encoded.reserve(text.size());
+    for (std::size_t at = 0; at < text.size();) {
+        const auto found = bytes.find(next_code_point(text, at));
+        encoded += found == bytes.end() ? '?' : found->second;
+    }
+    return encoded;
 }
 
 std::string decode_file(std::string bytes, std::uint32_t code_page) {

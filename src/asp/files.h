@@ -21,6 +21,10 @@ public:
     std::string read_text(std::string_view path) override;
     std::string read_bytes(std::string_view path) override;
     void write_text(std::string_view path, std::string_view text, bool append) override;
+    std::unique_ptr<platform::FileReader> open(std::string_view path) override;
+    std::unique_ptr<platform::FileWriter> create(std::string_view path) override;
+    void make_folder(std::string_view path) override;
+    void delete_old(std::string_view folder, std::string_view ending, std::chrono::seconds age) override;
 
 private:
     const SitePaths& paths_;

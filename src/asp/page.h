@@ -1,6 +1,7 @@
 #pragma once
 
 #include "asp/application.h"
+#include "asp/code_page.h"
 #include "asp/http.h"
 #include "asp/page_cache.h"
 #include "asp/page_fault.h"
@@ -70,6 +71,14 @@ public:
     Ref<platform::ScriptControl> create_script_control() override;
 
     platform::FileSystem& file_system() override { return site_.files; }
+
+    std::string bytes_of_text(std::string_view text) override {
+        return encode_single_bytes(text, site_.settings.code_page);
+    }
+
+    std::string text_of_bytes(std::string_view bytes) override {
+        return decode_single_bytes(bytes, site_.settings.code_page);
+    }
 
 private:
     void prepare(const Directives& directives);

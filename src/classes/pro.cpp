@@ -2,6 +2,7 @@
 
 #include "automation/conversions.h"
 #include "automation/member.h"
+#include "blob/copy.h"
 #include "classes/clean_up.h"
 #include "data/connections.h"
 #include "data/sources.h"
@@ -26,6 +27,12 @@ Member collection(std::string_view name) {
         return Variant();
     };
     return member;
+}
+
+platform::Recordset& required(const Ref<platform::Recordset>& records) {
+    if (!records)
+        throw Error(kErrorNothing);
+    return *records;
 }
 
 } // namespace
@@ -82,6 +89,11 @@ const ClassInfo& Pro::class_info() const {
                                                      {"RowInc", std::int16_t{5}},
                                                      {"SourceISAnotherGrid", false},
                                                      {"GridMode", false}}),
+            method<&Pro::copy_field_to_file>("CopyFieldToFile", {"rst", "fd", "strFileName"}),
+            method<&Pro::copy_file_to_field>("CopyFileToField",
+                                             {"rst", "FieldName", "FileName", {"Update", true}}),
+            method<&Pro::get_byte_string>("getByteString", {"StringStr"}),
+            method<&Pro::get_string>("getString", {"StringBin"}),
             method<&Pro::url_address>("UrlAddress", {{"Query", false}}),
             method<&Pro::query_include>("QueryInclude", {"Qparams", {"Encode", true}}),
             method<&Pro::clean_up>("CleanUp"),
@@ -130,6 +142,37 @@ void Pro::create_grid(std::string& grid_id, std::string& source_id, std::string&
                                       .from_grid = source_is_another_grid,
                                       .grid_mode = grid_mode});
     });
+}
+
+std::string Pro::copy_field_to_file(Ref<platform::Recordset> records, std::string& field, std::string& path) {
+    guard("Copy Field To File - " + field,
+          [&] { tabrixdb::copy_field_to_file(required(records), field, path); });
+    return path;
+}
+
+Variant Pro::copy_file_to_field(Ref<platform::Recordset> records, std::string& field, std::string& path,
+                                bool update) {
+    guard("Copy File To Field", [&] {
+        tabrixdb::copy_file_to_field(required(records), field, path);
+        if (update && !path.empty())
+            records->update();
+    });
+    return {};
+}
+
+Variant Pro::get_byte_string(Variant& text) {
+    std::string plain;
+    append_text(plain, value_of(text));
+    return Text::bytes(platform::Host::current().bytes_of_text(plain));
+}
+
+std::string Pro::get_string(Variant& bytes) {
+    const Variant value = value_of(bytes);
+    if (value.is_byte_array() || (value.is_string() && value.text().is_bytes()))
+        return platform::Host::current().text_of_bytes(value.text());
+    std::string text; // it is text already
+    append_text(text, value);
+    return text;
 }
 
 std::string Pro::url_address(bool with_query) {

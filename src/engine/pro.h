@@ -80,6 +80,11 @@ public:
     void create_grid(std::string& grid_id, std::string& source_id, std::string& row_template,
                      std::string& header_template, std::string& footer_template, std::int16_t& rows,
                      std::int16_t& row_increment, bool& source_is_another_grid, bool& grid_mode);
+    std::string copy_field_to_file(Ref<platform::Recordset> records, std::string& field, std::string& path);
+    Variant copy_file_to_field(Ref<platform::Recordset> records, std::string& field, std::string& path,
+                               bool update);
+    Variant get_byte_string(Variant& text);
+    std::string get_string(Variant& bytes);
     std::string url_address(bool with_query);
     std::string query_include(std::string& pairs, bool encode);
     void clean_up();

@@ -3,6 +3,7 @@
 #include "automation/conversions.h"
 #include "automation/error.h"
 #include "automation/text.h"
+#include "blob/download.h"
 #include "data/sources.h"
 #include "editing/filter_logic.h"
 #include "engine/report.h"
@@ -11,6 +12,8 @@
 #include "grid/paging.h"
 #include "grid/plain_template.h"
 #include "template/view_tags.h"
+
+#include <utility>
 
 namespace tabrixdb {
 
@@ -27,8 +30,9 @@ void GridRenderer::run() {
          {&GridRenderer::toggle_edit_form, &GridRenderer::find_source_grid, &GridRenderer::carry_selection,
           &GridRenderer::read_grid_command, &GridRenderer::find_source, &GridRenderer::sort_and_filter,
           &GridRenderer::read_templates, &GridRenderer::add_record, &GridRenderer::edit_row_of_page,
-          &GridRenderer::page, &GridRenderer::edit_positioned, &GridRenderer::render,
-          &GridRenderer::select_row, &GridRenderer::switch_grid_mode, &GridRenderer::store}) {
+          &GridRenderer::page, &GridRenderer::edit_positioned, &GridRenderer::write_download,
+          &GridRenderer::render, &GridRenderer::select_row, &GridRenderer::switch_grid_mode,
+          &GridRenderer::store}) {
         (this->*step)();
         if (page_ended())
             return;
@@ -170,6 +174,11 @@ void GridRenderer::page() {
     }
     if (rows_ + kFrameParts > INT16_MAX)
         throw Error(kErrorOverflow);
+}
+
+void GridRenderer::write_download() {
+    if (std::exchange(pro_.download, false)) // for this grid only
+        process_download(records(), {&layout_.header, &layout_.footer});
 }
 
 void GridRenderer::select_row() {

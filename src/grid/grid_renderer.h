@@ -36,6 +36,7 @@ private:
     void edit_row_of_page();
     void page();
     void edit_positioned();
+    void write_download();
     void render();
     void select_row();
     void switch_grid_mode();

@@ -6,11 +6,35 @@ namespace tabrixdb::platform {
 
 namespace {
 thread_local Host* current_host = nullptr;
-}
+constexpr std::int32_t kErrorDenied = 70;
+} // namespace
+
+// A host that gives no way to write denies it.
 
 void FileSystem::write_text(std::string_view, std::string_view, bool) {
-    constexpr std::int32_t kErrorDenied = 70;
     throw Error(kErrorDenied);
+}
+
+std::unique_ptr<FileReader> FileSystem::open(std::string_view) {
+    throw Error(kErrorDenied);
+}
+
+std::unique_ptr<FileWriter> FileSystem::create(std::string_view) {
+    throw Error(kErrorDenied);
+}
+
+void FileSystem::make_folder(std::string_view) {
+    throw Error(kErrorDenied);
+}
+
+void FileSystem::delete_old(std::string_view, std::string_view, std::chrono::seconds) {}
+
+std::string Host::bytes_of_text(std::string_view text) {
+    return std::string(text);
+}
+
+std::string Host::text_of_bytes(std::string_view bytes) {
+    return std::string(bytes);
 }
 
 Host& Host::current() {

@@ -3,10 +3,31 @@
 #include "platform/data.h"
 #include "platform/page.h"
 
+#include <chrono>
+#include <memory>
 #include <string>
 #include <string_view>
 
 namespace tabrixdb::platform {
+
+// A file that is read piece by piece from its beginning. Closed with the object.
+class FileReader {
+public:
+    virtual ~FileReader() = default;
+    // At most so many bytes, less only at the end of the file; "" behind it. Error 57 when it can't be read.
+    virtual std::string read(std::size_t most) = 0;
+};
+
+// A file that is written piece by piece. It has a name of its own until finish() puts it in the place of what
+// had its name before; without finish() nothing of it is left. Error 61 when it can't be written.
+class FileWriter {
+public:
+    virtual ~FileWriter() = default;
+    virtual void write(std::string_view bytes) = 0;
+    // The same in the site's code page.
+    virtual void write_text(std::string_view text) = 0;
+    virtual void finish() = 0;
+};
 
 // The site's disk, by physical path. Paths are found as the site's own tools find them: where the host
 // ignores case, without regard to case.
@@ -22,6 +43,16 @@ public:
     // Writes text in the site's code page, at the end of the file or in its place; makes the file when it is
     // not there. Error 76 without its folder, 70 when it can't be written.
     virtual void write_text(std::string_view path, std::string_view text, bool append);
+    // Error 53 when there is no such file, 70 when it can't be read.
+    virtual std::unique_ptr<FileReader> open(std::string_view path);
+    // Error 76 without the file's folder, 70 when it can't be written.
+    virtual std::unique_ptr<FileWriter> create(std::string_view path);
+    // Makes a folder, unless there is one. Error 76 without the folder that it lies in, 70 when it can't be
+    // made.
+    virtual void make_folder(std::string_view path);
+    // Deletes the files of a folder that end in `ending`, and those that were never finished, when they were
+    // not changed for so long. What can't be deleted stays.
+    virtual void delete_old(std::string_view folder, std::string_view ending, std::chrono::seconds age);
 };
 
 // Evaluates expressions, without files and without objects to create.
@@ -51,6 +82,10 @@ public:
     virtual Ref<Recordset> create_recordset() = 0;
     virtual Ref<ScriptControl> create_script_control() = 0;
     virtual FileSystem& file_system() = 0;
+    // Text as bytes of the system's code page, one byte a character ("?" for one that it does not have), and
+    // bytes as text. Every byte survives both ways.
+    virtual std::string bytes_of_text(std::string_view text);
+    virtual std::string text_of_bytes(std::string_view bytes);
 
     // The host of this thread; Error 91 when there is none.
     static Host& current();

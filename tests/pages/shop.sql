@@ -6,7 +6,7 @@ create table no_items (id integer primary key, name text);
 create table "odd names" (id integer primary key, "Größe" text, "größe_2" text);
 insert into "odd names" values (1, 'groß', 'klein');
 create table files (id integer primary key, "the file" blob);
-insert into files values (1, x'3c623e'), (2, null), (3, x''), (4, x'fffe00'), (5, x'237e69647e23');
+insert into files values (1, x'3c623e'), (2, null), (3, x''), (4, x'fffe01'), (5, x'237e69647e23');
 create table profits (id integer primary key, "the v" double, note text);
 insert into profits values (1, -50, '#~the v;graph~#'), (2, 25.5, null), (3, 100, null), (4, null, null);
 create table people (id integer primary key, name varchar(12) not null, age integer, born date, member boolean, photo blob, check (age < 150));
