@@ -386,7 +386,7 @@
         :where(.tabrixdb-required) { color: #b91c1c; font-weight: 700; cursor: help; }
         :where(.tabrixdb-problem) { display: block; margin-top: .2rem; color: #b91c1c; font-size: .875em; }
         :where([aria-invalid=true]) { outline: 2px solid #b91c1c; outline-offset: -1px; }
-        :where(.tabrixdb-item) { display: inline-block; margin-right: .75em; }
+        :where(.tabrixdb-item) { display: inline-flex; gap: .3em; align-items: baseline; margin-right: .75em; }
         .tabrixdb-dialog { color-scheme: light; border: 1px solid #cbd5e1; border-radius: .6rem; padding: 1.2rem; min-width: min(20rem, 80vw);
             font: 1rem/1.4 system-ui, sans-serif; color: #0f172a; background: #fff; box-shadow: 0 16px 48px rgb(15 23 42 / .25); }
         .tabrixdb-dialog::backdrop { background: rgb(15 23 42 / .35); }
