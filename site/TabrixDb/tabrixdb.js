@@ -34,7 +34,7 @@
 
     /** The form of that name; made when the browser has dropped it because it stood inside another. */
     function ownForm(name) {
-        let form = document.forms.namedItem(name);
+        let form = document.querySelector(`form[name="${CSS.escape(name)}"]`);
         if (!form) {
             form = element('form', { method: 'post', hidden: true });
             form.setAttribute('name', name);
@@ -76,6 +76,13 @@
     function controls(form, name) {
         const fields = [...form.elements].filter((field) => field.matches('input:not([type=hidden]), select, textarea'));
         return name === undefined ? fields : fields.filter((field) => field.name === name);
+    }
+
+    /** The same by posted name, for whoever goes through all of a form that may have thousands. */
+    function controlsByName(form) {
+        const byName = new Map();
+        for (const field of controls(form)) byName.set(field.name, [...byName.get(field.name) ?? [], field]);
+        return byName;
     }
 
     // --- Posting a command ----------------------------------------------------------------------------------
@@ -128,13 +135,23 @@
         HTMLFormElement.prototype.submit.call(form);
     }
 
+    /** Goes to what the engine says about a change that it did not make; false when it says nothing. */
+    function showMessage(name) {
+        const message = hiddenField(name, 'command').parentElement.querySelector(':scope > .tabrixdb-message');
+        if (!message) return false;
+        message.tabIndex = -1;
+        message.focus({ preventScroll: true });
+        message.scrollIntoView({ block: 'nearest', behavior: 'instant' });
+        return true;
+    }
+
     /** After a command: back to the old place, and make reloading ask for the page instead of posting again. */
     function returnToPlace() {
         const place = recall(placeKey());
         if (place === null) return;
         history.replaceState(history.state, '', location.href);
         if (place.scroll) scrollTo({ ...place.scroll, behavior: 'instant' });
-        if (!place.focus || !isGrid(place.name)) return;
+        if (!isGrid(place.name) || showMessage(place.name) || !place.focus) return;
         const next = place.focus === FIRST_FIELD ? controls(findForm(place.name))[0]
             : document.querySelector(`a[href="${CSS.escape(place.focus)}"]`);
         next?.focus({ preventScroll: true });
@@ -252,7 +269,9 @@
 
     function clearProblem(form, name) {
         const id = problemId(form, name);
-        document.getElementById(id)?.remove();
+        const message = document.getElementById(id);
+        if (!message) return;
+        message.remove();
         for (const field of controls(form, name).filter((field) => field.hasAttribute('aria-invalid'))) {
             field.removeAttribute('aria-invalid');
             const others = field.getAttribute('aria-describedby').split(' ').filter((other) => other !== id);
@@ -280,8 +299,7 @@
     function verify_form(form) {
         const least = new Map(requirements(nameOf(form)));
         const wrong = [];
-        for (const name of new Set(controls(form).map((field) => field.name))) {
-            const fields = controls(form, name);
+        for (const [name, fields] of controlsByName(form)) {
             const problem = problemOf(fields, least.get(name) ?? 0);
             showProblem(form, name, problem);
             if (problem) wrong.push(fields[0]);
@@ -305,9 +323,10 @@
     }
 
     function markRequired(form) {
+        const byName = controlsByName(form);
         for (const [name] of requirements(nameOf(form))) {
-            const fields = controls(form, name);
-            if (!fields.length) continue;
+            const fields = byName.get(name);
+            if (!fields) continue;
             for (const field of fields) {
                 if (field.type === 'radio') field.required = true;
                 else field.setAttribute('aria-required', 'true');
@@ -341,10 +360,26 @@
     }
 
     function nameFields(form) {
-        const unnamed = (field) => !field.labels?.length && !field.matches('[aria-label], [aria-labelledby], [title]');
+        // Not field.labels: a browser searches the whole page for it, for each of the fields.
+        const labelled = new Set([...document.querySelectorAll('label[for]')].map((label) => label.htmlFor));
+        const unnamed = (field) => !field.closest('label') && !labelled.has(field.getAttribute('id'))
+            && !field.matches('[aria-label], [aria-labelledby], [title]');
         const fields = controls(form);
         fields.filter(isCheckable).filter(unnamed).forEach(labelItem);
         fields.filter(unnamed).forEach(nameField);
+    }
+
+    const ACTIONS = { edit: 'Edit', delete: 'Delete', update: 'Save', cancel: 'Cancel' };
+
+    /** Row buttons that are pictures without a text, as those of the built-in template, get a name. */
+    function nameButtons() {
+        for (const link of document.querySelectorAll('a[href^="javascript:edit_grid("]')) {
+            const [, action] = link.getAttribute('href').match(/'(\w+)'\)$/) ?? [];
+            const picture = link.querySelector('img:not([alt])');
+            if (!picture || link.textContent.trim() || !ACTIONS[action]) continue;
+            picture.alt = ACTIONS[action];
+            picture.title = ACTIONS[action];
+        }
     }
 
     // --- Dates and files ---------------------------------------------------------------------------------------
@@ -475,6 +510,7 @@
     function start() {
         document.head.append(element('style', {}, STYLE));
         tieFields();
+        nameButtons();
         for (const form of allForms()) {
             nameFields(form);
             markRequired(form);

@@ -135,9 +135,15 @@ describe('the page of controls', () => {
         await field('textbox', 'Seats').fill('99');
         await follow('Save');
         assert.match(await said(), /Nothing was saved.*seats between 1 and 40/);
+        const inSight = () => visitor.tab.locator('.tabrixdb-message').evaluate((message) => {
+            const { top, bottom } = message.getBoundingClientRect();
+            return message === document.activeElement && top >= 0 && bottom <= innerHeight;
+        });
+        await visitor.tab.setViewportSize({ width: 700, height: 400 });
         await field('textbox', 'Seats').fill('many');
         await follow('Save');
         assert.match(await said(), /Nothing was saved.*seats/);
+        assert.equal(await inSight(), true);
         assert.deepEqual(workshop(1), before);
         assert.equal(await field('textbox', 'Title').inputValue(), 'Cappuccino');
         await field('textbox', 'Seats').fill('8');

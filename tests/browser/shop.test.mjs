@@ -46,6 +46,7 @@ describe('the demo shop', () => {
         const stored = query('select id, name, price, stock from products limit 10').map(Object.values);
         assert.deepEqual(shown.map((row) => row.slice(0, 4)), stored.map((row) => row.map(String)));
         assert.deepEqual(shown.map((row) => row[4]).slice(0, 2), ['6/29/2019', '10/4/2019']);
+        assert.equal(await visitor.tab.getByRole('link', { name: 'Delete' }).count(), 10);
     });
 
     test('next, previous, last and first page', async () => {
