@@ -61,6 +61,8 @@ db.CreateGrid "workshops", "workshops", Server.MapPath("templates/workshops.htm"
 <tr><td>Days</td><td>Any of those that the record names</td><td><code>GETCHECKBOX_FROMFIELD;weekdays</code></td></tr>
 </tbody>
 </table>
+<p class="lead">Four more kinds take files: <code>UPLOAD</code>, <code>UPLOADIMAGE</code>, <code>UPLOADDB</code> and
+<code>UPLOADDBIMAGE</code>. They are not on this page.</p>
 <%
 ShowSource "controls.asp"
 ShowSource "templates/workshops.htm"
