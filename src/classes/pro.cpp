@@ -6,9 +6,12 @@
 #include "classes/clean_up.h"
 #include "data/connections.h"
 #include "data/sources.h"
+#include "editing/filter_form.h"
 #include "engine/report.h"
 #include "grid/create_grid.h"
+#include "grid/fast_grid.h"
 #include "template/read_template.h"
+#include "web/mail.h"
 #include "web/page_address.h"
 
 // The face that pages see: the member table of Pro, and its methods, each of which hands the work to its room
@@ -33,6 +36,13 @@ platform::Recordset& required(const Ref<platform::Recordset>& records) {
     if (!records)
         throw Error(kErrorNothing);
     return *records;
+}
+
+// Null and Empty as "".
+std::string plain_text(const Variant& value) {
+    std::string text;
+    append_text(text, value_of(value));
+    return text;
 }
 
 } // namespace
@@ -94,6 +104,26 @@ const ClassInfo& Pro::class_info() const {
                                              {"rst", "FieldName", "FileName", {"Update", true}}),
             method<&Pro::get_byte_string>("getByteString", {"StringStr"}),
             method<&Pro::get_string>("getString", {"StringBin"}),
+            method<&Pro::create_fast_grid>(
+                "CreateFastGrid",
+                {"GridID",
+                 "SourceSQL",
+                 "ConnectionID",
+                 {"ROW", std::int16_t{10}},
+                 {"RowInc", std::int16_t{10}},
+                 {"TableTag", "<TABLE border=1 cellPadding=0 cellSpacing=0 width=700>"},
+                 {"TDStart", "<td  bgcolor='#FFFFFF'><font face='Arial' size='1'><b>"},
+                 {"TDEnd", "</b></font></td>"},
+                 {"HeadTDStart", "<td nowrap bgcolor='#90F0FE'><b><font face='Arial' size='2'>"},
+                 {"HeadTDEnd", "</font></b></td>"}}),
+            method<&Pro::create_filter>("CreateFilter", {"SourceID", "Template", {"Display", true}}),
+            method<&Pro::send_email>("SendEmail", {"strFrom",
+                                                   "strTo",
+                                                   "strSubject",
+                                                   "strBody",
+                                                   {"MailFormat", "TEXT"},
+                                                   {"RecordSet", Variant::nothing()},
+                                                   {"RelativePath", ""}}),
             method<&Pro::url_address>("UrlAddress", {{"Query", false}}),
             method<&Pro::query_include>("QueryInclude", {"Qparams", {"Encode", true}}),
             method<&Pro::clean_up>("CleanUp"),
@@ -161,18 +191,44 @@ Variant Pro::copy_file_to_field(Ref<platform::Recordset> records, std::string& f
 }
 
 Variant Pro::get_byte_string(Variant& text) {
-    std::string plain;
-    append_text(plain, value_of(text));
-    return Text::bytes(platform::Host::current().bytes_of_text(plain));
+    return Text::bytes(platform::Host::current().bytes_of_text(plain_text(text)));
 }
 
 std::string Pro::get_string(Variant& bytes) {
     const Variant value = value_of(bytes);
     if (value.is_byte_array() || (value.is_string() && value.text().is_bytes()))
         return platform::Host::current().text_of_bytes(value.text());
-    std::string text; // it is text already
-    append_text(text, value);
-    return text;
+    return plain_text(value); // it is text already
+}
+
+void Pro::create_fast_grid(std::string& grid_id, std::string& sql, std::string& connection_id,
+                           std::int16_t& rows, std::int16_t&, std::string& table_tag, std::string& cell_start,
+                           std::string& cell_end, std::string& head_start, std::string& head_end) {
+    tabrixdb::create_fast_grid(
+        *this, {grid_id, sql, connection_id, rows, table_tag, cell_start, cell_end, head_start, head_end});
+}
+
+void Pro::create_filter(std::string& source_id, std::string& path, bool display) {
+    guard("CreateFilter", [&] { tabrixdb::create_filter(*this, source_id, path, display); });
+}
+
+Variant Pro::send_email(Variant& from, Variant& to, Variant& subject, Variant& body, std::string& format,
+                        Variant& records, std::string& relative_path) {
+    try {
+        const Ref<platform::Recordset> filled_from =
+            records.is_empty() ? Ref<platform::Recordset>()
+                               : ArgumentType<Ref<platform::Recordset>>::from(records);
+        send_mail(platform::Host::current(), {.from = plain_text(from),
+                                              .to = plain_text(to),
+                                              .subject = plain_text(subject),
+                                              .body = plain_text(body),
+                                              .format = format,
+                                              .records = filled_from.get(),
+                                              .relative_path = relative_path});
+    } catch (const Error& error) {
+        report(mail_failure(error));
+    }
+    return {};
 }
 
 std::string Pro::url_address(bool with_query) {

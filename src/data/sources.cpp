@@ -3,6 +3,7 @@
 #include "automation/conversions.h"
 #include "automation/operators.h"
 #include "automation/text.h"
+#include "data/filter_values.h"
 #include "engine/grid_state.h"
 #include "engine/report.h"
 
@@ -59,10 +60,26 @@ void take_settings(DbField& field, const GridState& settings) {
     field.set_view(FormMode::Filter, settings.text("_ViewFilter"));
 }
 
-void clear_filter(const std::string& id) {
-    session().set_value(id + "_filterstr", "");
+// Takes up a filter, and puts its form away where the user had asked for it.
+void keep_filter(const std::string& id, const std::string& expression) {
+    session().set_value(id + "_filterstr", expression);
     if (filter_form_hidden(id))
         session().set_value(id + "_showfilter", "");
+}
+
+// The source's command and the filter that it leaves.
+void filter(const DbSource& source, const std::string& id) {
+    const std::string command = request().value(id + "_command");
+    if (command == "filter_source")
+        keep_filter(id, filter_form_values(source));
+    else if (command == "filter_source_clear")
+        keep_filter(id, "");
+    const std::string expression = GridState(session(), id).text("_filterstr");
+    if (expression.empty() || page_ended())
+        return;
+    guard(
+        "CreateSource", [&] { source.records().set_filter(expression); },
+        post_button(id, "filter_source_clear", "", "Show all records"));
 }
 
 } // namespace
@@ -75,10 +92,7 @@ void create_source(Pro& pro, const std::string& id, const std::string& sql, cons
     if (pro.bar_graph)
         find_extremes(*source, sql);
     pro.sources->add(source, id);
-    if (request().value(id + "_command") == "filter_source_clear")
-        clear_filter(id);
-    if (const std::string filter = GridState(session(), id).text("_filterstr"); !filter.empty())
-        source->recordset->set_filter(filter);
+    filter(*source, id);
 }
 
 void create_dynamic_source(Pro& pro, const std::string& id, const std::string& sql,

@@ -2,6 +2,7 @@
 
 #include "automation/text.h"
 #include "engine/page.h"
+#include "template/parse_view.h"
 
 #include <algorithm>
 #include <array>
@@ -36,11 +37,23 @@ std::string collapsed(std::string_view text) {
     return out;
 }
 
-std::set<std::string> chosen_items(std::string_view value) {
-    std::set<std::string> items;
+using Items = std::set<std::string>;
+
+Items chosen_items(std::string_view value) {
+    Items items;
     for (const std::string_view item : split(value, ','))
         items.insert(fold(collapsed(item)));
     return items;
+}
+
+// Those of the boxes that a value checks. What it has besides them no box can post, and is not lost by that.
+Items checked_items(const std::vector<std::string>& boxes, std::string_view value) {
+    const Items chosen = chosen_items(value);
+    Items checked;
+    for (const std::string& box : boxes)
+        if (std::string item = fold(collapsed(box)); chosen.contains(item))
+            checked.insert(std::move(item));
+    return checked;
 }
 
 } // namespace
@@ -92,7 +105,7 @@ bool PostedForm::is_unchanged(std::size_t column, std::string_view posted) const
     std::string shown;
     source_.records().append_value(column, shown);
     if (is_check_kind(kind))
-        return chosen_items(posted) == chosen_items(shown);
+        return chosen_items(posted) == checked_items(box_values(source_, field, mode_), shown);
     if (kind == "SELECT")
         return collapsed(posted) == collapsed(shown);
     // Browsers change line breaks in a text area, and take them out of a text box.

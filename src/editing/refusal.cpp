@@ -28,15 +28,18 @@ std::string list_of(const DbSource& source, const PostedForm& form, std::int16_t
 
 } // namespace
 
-Refusal changed_meanwhile(const DbSource& source, const PostedForm& form, std::int16_t row) {
+Refusal changed_meanwhile(const DbSource& source, const PostedForm& form, std::int16_t row,
+                          std::string_view done) {
     const std::string differences =
         list_of(source, form, row, [&](std::size_t i, const DbField& field, const std::string& posted) {
             std::string held;
             source.records().append_value(i, held);
             return form.is_unchanged(i, posted) ? "" : item(field, held);
         });
-    return {.message = "Nothing was saved: somebody else has changed this record since it was shown." +
-                       (differences.empty() ? "" : " It holds now:" + differences)};
+    return {.message = "Nothing was " + std::string(done) +
+                       ": somebody else has changed this record since it was shown." +
+                       (differences.empty() ? "" : " It holds now:" + differences),
+            .told_row = row};
 }
 
 Refusal gone_meanwhile(const DbSource& source, const PostedForm& form, std::int16_t row) {
@@ -44,8 +47,8 @@ Refusal gone_meanwhile(const DbSource& source, const PostedForm& form, std::int1
         list_of(source, form, row, [](std::size_t, const DbField& field, const std::string& posted) {
             return item(field, posted);
         });
-    return {.message = "Nothing was saved: this record is not there any more." +
-                       (typed.empty() ? "" : " What you had typed:" + typed),
+    return {.message = "This record is not there any more." +
+                       (typed.empty() ? std::string() : " What you had typed:" + typed),
             .record_gone = true};
 }
 

@@ -10,16 +10,18 @@ namespace tabrixdb {
 
 // Thrown, and caught, within this folder: a change that the user is to hear of.
 struct Refusal {
-    std::string message;      // HTML
-    bool record_gone = false; // there is no record any more that could be shown again
+    std::string message;       // HTML
+    bool record_gone = false;  // there is no record any more that could be shown again
+    std::int16_t told_row = 0; // the form's row of whose record the message says what it holds now
 };
 
-// The current record is not as it was shown any more: says what it holds now where that is not what was
-// typed.
-Refusal changed_meanwhile(const DbSource& source, const PostedForm& form, std::int16_t row);
+// The current record is not as it was shown any more, so it was not `done` ("saved", "deleted"): says what it
+// holds now where that is not what was typed.
+Refusal changed_meanwhile(const DbSource& source, const PostedForm& form, std::int16_t row,
+                          std::string_view done);
 // The record that a row showed is not there any more: says what was typed for it.
 Refusal gone_meanwhile(const DbSource& source, const PostedForm& form, std::int16_t row);
-// A value that its column does not take.
+// A value that its column does not take: why.
 Refusal bad_value(const DbField& field, std::string_view why);
 // What the database says about a change.
 Refusal not_written(std::string_view why);

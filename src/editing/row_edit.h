@@ -17,6 +17,9 @@ void process_row_edit(const GridCommand& command, GridState state);
 // Edits a row: its 0-based place on the page.
 void edit_row(GridState state, std::int16_t row);
 
+// The row that is edited in place, from 1; 0: none is.
+std::int16_t edited_row(const GridState& state);
+
 // Whether a row shows its controls: the one that is being edited, or in GridEditMode "GRID" every row.
 // `row`: 1-based place on the page.
 bool is_row_edited(const Pro& pro, const GridState& state, std::int16_t row);

@@ -22,7 +22,7 @@ EditResult carry_out(const Edit& edit, Change change) {
         return {.done = !page_ended()};
     } catch (const Refusal& refusal) {
         records_of(edit).cancel_update();
-        return {.refusal = refusal.message, .record_gone = refusal.record_gone};
+        return {.refusal = refusal.message, .record_gone = refusal.record_gone, .told_row = refusal.told_row};
     }
 }
 
@@ -44,6 +44,18 @@ bool is_text(const platform::Column& column) {
            column.type != platform::data_type::kBoolean;
 }
 
+std::string expected_by(const platform::Column& column) {
+    switch (platform::type_class(column.type)) {
+    case platform::TypeClass::Number:
+        return "a number that fits here";
+    case platform::TypeClass::Date:
+        return "a date";
+    case platform::TypeClass::Text:
+        break;
+    }
+    return column.type == platform::data_type::kBoolean ? "True or False" : "a value that fits here";
+}
+
 void assign(const Edit& edit, std::size_t column, const DbField& field, const std::string& value) {
     const platform::Column& info = records_of(edit).columns()[column];
     if (edit.shown.is_posted() && is_text(info) && info.defined_size > 0 &&
@@ -51,10 +63,10 @@ void assign(const Edit& edit, std::size_t column, const DbField& field, const st
         throw bad_value(field, "At most " + std::to_string(info.defined_size) + " characters.");
     try {
         records_of(edit).set_value(column, Variant(value));
-    } catch (const Error& error) {
+    } catch (const Error&) {
         if (!edit.shown.is_posted())
             throw;
-        throw bad_value(field, error.description());
+        throw bad_value(field, "\"" + value + "\" is not " + expected_by(info) + ".");
     }
 }
 
@@ -131,7 +143,8 @@ Found find_or_refuse(const Edit& edit, const PostedForm& form, std::int16_t row)
 // The same, but it must be as it was shown.
 void stand_on_shown(const Edit& edit, const PostedForm& form, std::int16_t row) {
     if (edit.shown.is_posted() && find_or_refuse(edit, form, row) == Found::Changed)
-        throw changed_meanwhile(edit.source, form, row);
+        throw changed_meanwhile(edit.source, form, row,
+                                edit.command.part(1) == "delete" ? "deleted" : "saved");
 }
 
 void remove_record(const Edit& edit) {
@@ -192,13 +205,13 @@ void save_page(const Edit& edit, std::int16_t rows) {
     } catch (...) {
         records_of(edit).cancel_update();
         connection.rollback_transaction();
+        records_of(edit).requery(); // or it would show the rows that had been written
         throw;
     }
-    if (page_ended()) { // an empty value was reported
+    if (page_ended()) // an empty value was reported
         connection.rollback_transaction();
-        return;
-    }
-    connection.commit_transaction();
+    else
+        connection.commit_transaction();
     records_of(edit).requery();
 }
 
@@ -226,20 +239,28 @@ EditResult update_row(const Edit& edit) {
         if (edit.command.word != "edit_grid")
             return {};
         const std::string& action = edit.command.part(1);
-        const bool guarded = edit.shown.is_posted();
         // A form that had the row's controls was in edit, whatever the session has forgotten since.
-        const bool saves = action == "update" && (guarded || edit.state.flag("_edit"));
-        if (!saves && action != "delete" && (action != "edit" || !guarded))
+        const bool saves = action == "update" && (edit.shown.is_posted() || edit.state.flag("_edit"));
+        if (!saves && action != "delete")
             return {};
         const std::int16_t index = to_integer(edit.command.part(2));
-        const PostedForm form(edit.source, edit.shown, FormMode::Edit);
         const std::int16_t row = to_short(std::int64_t{index} + 1);
         return carry_out(edit, [&] {
+            const PostedForm form(edit.source, edit.shown, FormMode::Edit);
             go_to_row(edit, index);
-            if (action == "edit")
-                return (void)find_or_refuse(edit, form, row);
             stand_on_shown(edit, form, row);
-            action == "delete" ? remove_record(edit) : save_row(edit, form, row);
+            saves ? save_row(edit, form, row) : remove_record(edit);
+        });
+    });
+}
+
+EditResult find_row(const Edit& edit, std::int16_t row) {
+    return guard("Update Row - " + edit.state.grid(), [&]() -> EditResult {
+        if (!edit.shown.row(row))
+            return {};
+        return carry_out(edit, [&] {
+            go_to_row(edit, to_short(std::int64_t{row} - 1));
+            find_or_refuse(edit, PostedForm(edit.source, edit.shown, FormMode::Edit), row);
         });
     });
 }

@@ -30,16 +30,20 @@ struct EditResult {
     std::string refusal{}; // HTML; "" when nothing was refused
     bool record_gone =
         false; // refused because the record is not there any more; else the recordset stands on it
+    std::int16_t told_row = 0; // the form's row of whose record the refusal says what it holds now; 0: none
 };
 
 // "edit_source" with "addnew": inserts a record from the add form and keeps its bookmark in the session
 // ("_NewRecord_BookMark"). Failures: "AddNewRecord".
 EditResult add_record(const Edit& edit);
 
-// "edit_grid" with "update" or "delete": saves or deletes the record of one row, and ends its editing; with
-// "edit": brings the recordset to the record that the row showed, when the form says which. Failures: "Update
-// Row".
+// "edit_grid" with "update" or "delete": saves or deletes the record of one row, and ends its editing.
+// Failures: "Update Row".
 EditResult update_row(const Edit& edit);
+
+// Brings the recordset to the record that a row (from 1) of the posted form showed, as it may be now. Nothing
+// is done for a form that does not say which.
+EditResult find_row(const Edit& edit, std::int16_t row);
 
 // "edit_source" with "update": saves every row of the page, or none, in one transaction; with "delete":
 // deletes the selected record. The recordset stands on the page's first record. `rows`: the most that a page

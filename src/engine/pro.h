@@ -85,6 +85,13 @@ public:
                                bool update);
     Variant get_byte_string(Variant& text);
     std::string get_string(Variant& bytes);
+    void create_fast_grid(std::string& grid_id, std::string& sql, std::string& connection_id,
+                          std::int16_t& rows, std::int16_t& row_increment, std::string& table_tag,
+                          std::string& cell_start, std::string& cell_end, std::string& head_start,
+                          std::string& head_end);
+    void create_filter(std::string& source_id, std::string& path, bool display);
+    Variant send_email(Variant& from, Variant& to, Variant& subject, Variant& body, std::string& format,
+                       Variant& records, std::string& relative_path);
     std::string url_address(bool with_query);
     std::string query_include(std::string& pairs, bool encode);
     void clean_up();

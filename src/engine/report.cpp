@@ -2,6 +2,7 @@
 
 #include "automation/text.h"
 #include "engine/page.h"
+#include "web/mail.h"
 #include "web/page_address.h"
 
 namespace tabrixdb {
@@ -41,12 +42,28 @@ std::string render(const ErrorReport& error) {
     return page;
 }
 
+void show(const ErrorReport& error);
+
+void mail_to_admin(const ErrorReport& error, const std::string& page) {
+    const std::string& admin = thread_texts().admin_email;
+    // A failure of the mail itself is never mailed.
+    if (admin.empty() || error.location == kMailLabel || !platform::Host::current().may_mail_error())
+        return;
+    try {
+        send_mail(platform::Host::current(),
+                  {.from = admin, .to = admin, .subject = "TabrixDb Error", .body = page, .format = "HTML"});
+    } catch (const Error& failure) {
+        show(mail_failure(failure));
+    }
+}
+
 void show(const ErrorReport& error) {
     // The page may not be usable when this fails, so what fails here is one plain line.
     try {
         const std::string page = render(error);
         response().write(page);
         response().end();
+        mail_to_admin(error, page);
     } catch (const Error& failure) {
         response().write(std::to_string(failure.number()) + " " + html_encode(failure.description()) +
                          " Raised From DisplayError");
@@ -69,8 +86,24 @@ ErrorReport trapped(const Error& error, std::string_view location) {
             html_encode(location)};
 }
 
+ErrorReport mail_failure(const Error& error) {
+    ErrorReport failure = trapped(error, kMailLabel);
+    failure.description += ". CDONTS Objects may not be installed!";
+    return failure;
+}
+
 bool page_ended() {
     return response().ended();
+}
+
+std::string post_button(std::string_view name, std::string_view command, std::string_view parameters,
+                        std::string_view caption) {
+    const auto hidden = [&](std::string_view suffix, std::string_view value) {
+        return "<input type=\"hidden\" name=\"" + html_encode(name) + std::string(suffix) + "\" value=\"" +
+               html_encode(value) + "\">";
+    };
+    return "<form method=\"post\">" + hidden("_command", command) + hidden("_params", parameters) +
+           "<button>" + html_encode(caption) + "</button></form>";
 }
 
 std::string html_encode(std::string_view text) {

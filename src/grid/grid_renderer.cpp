@@ -43,6 +43,10 @@ void GridRenderer::toggle_edit_form() {
     pro_.trace("Declare Variables in Grid");
     pro_.trace("Grid Start");
     list_template_ = grid_.row_template;
+    // The toggle itself knows no way out of the edit template but "edit" once more.
+    if (const GridCommand command = read_command(request(), grid_.grid_id);
+        command.word == "edit_source" && command.parts.size() > 1 && command.parts[1] == "cancel")
+        state_.set("_mode", "");
     process_edit_form_toggle(pro_, grid_.row_template, grid_.header_template, grid_.footer_template,
                              grid_.grid_id);
     pro_.trace("Process_EditFormToggle Called");
@@ -100,14 +104,31 @@ void GridRenderer::sort_and_filter() {
     if (page_ended())
         return;
     pro_.trace("Sort & filter Logic Called");
-    if (!state_.blank("_Sort"))
-        records().set_sort(state_.text("_Sort"));
-    // A source of the grid's own name was opened with the filter that is being cleared.
-    if (state_.flag("_filter") && !state_.blank("_filterstr"))
-        records().set_filter(state_.text("_filterstr"));
-    else if (command_.word == "filter_grid_clear")
-        records().set_filter(GridState(session(), grid_.source_id).text("_filterstr"));
+    apply_sort();
+    if (!page_ended())
+        apply_filter();
+    if (page_ended())
+        return;
     pro_.trace("Sort & filter Set");
+}
+
+void GridRenderer::apply_sort() {
+    if (!state_.blank("_Sort"))
+        guard(
+            "CreateGrid - " + grid_.grid_id, [&] { records().set_sort(state_.text("_Sort")); },
+            post_button(grid_.grid_id, "sort", grid_.grid_id + ";", "Show unsorted"));
+}
+
+void GridRenderer::apply_filter() {
+    // A source of the grid's own name was opened with the filter that is being cleared.
+    const bool cleared = command_.word == "filter_grid_clear";
+    const bool filtered = state_.flag("_filter") && !state_.blank("_filterstr");
+    if (!filtered && !cleared)
+        return;
+    const GridState& holder = filtered ? state_ : GridState(session(), grid_.source_id);
+    guard(
+        "CreateGrid - " + grid_.grid_id, [&] { records().set_filter(holder.text("_filterstr")); },
+        post_button(grid_.grid_id, "filter_grid_clear", "", "Show all records"));
 }
 
 void GridRenderer::read_templates() {

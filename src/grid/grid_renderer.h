@@ -42,7 +42,9 @@ private:
     void switch_grid_mode();
     void store();
 
-    // --- Templates (grid_renderer.cpp) ---
+    // --- Records and templates (grid_renderer.cpp) ---
+    void apply_sort();
+    void apply_filter();
     std::string read_row_template();
     void join_templates(TemplateParts parts);
 
@@ -50,6 +52,7 @@ private:
     bool commands(std::string_view word, std::string_view action) const;
     Edit edit(bool positioned);
     void edit_row(bool positioned);
+    void follow_edited_row(bool positioned);
     void edit_page();
     void leave_edit_form();
     void show_add_form_again();
@@ -83,7 +86,8 @@ private:
 
     ShownRows posted_; // what the posted form says about itself
     EditResult edited_;
-    bool adds_ = false; // a form for a new record is shown
+    bool adds_ = false;        // a form for a new record is shown
+    bool refused_new_ = false; // with what was posted in it
 
     std::string out_;
     ShownRows shown_;        // what this form says about itself

@@ -33,7 +33,8 @@ void GridRenderer::add_record() {
         if (has_template && !edited_.refusal.empty())
             show_add_form_again();
     }
-    adds_ = pro_.grid_edit_mode == "ADD" || commands("edit_source", "add") || !edited_.refusal.empty();
+    refused_new_ = !edited_.refusal.empty();
+    adds_ = pro_.grid_edit_mode == "ADD" || commands("edit_source", "add") || refused_new_;
 }
 
 void GridRenderer::show_add_form_again() {
@@ -51,31 +52,45 @@ void GridRenderer::edit_row_of_page() {
 // What can be done only when the recordset stands on the page's first record: the row of a grid that another
 // one feeds, and the whole page.
 void GridRenderer::edit_positioned() {
-    const bool whole_page = commands("edit_source", "update") || commands("edit_source", "delete");
-    const bool row = grid_.from_grid && command_.word == "edit_grid";
-    if (row)
+    if (command_.word != "edit_grid" && command_.word != "edit_source")
+        return;
+    if (grid_.from_grid)
         edit_row(true);
-    if (whole_page)
+    if (!page_ended() && (commands("edit_source", "update") || commands("edit_source", "delete")))
         edit_page();
-    if (!page_ended() && grid_.from_grid && edited_.done && !commands("edit_grid", "edit"))
+    if (!page_ended() && grid_.from_grid && edited_.done)
         render_source_grid_again();
-    if (!page_ended() && (row || whole_page))
+    if (!page_ended())
         page();
 }
 
 void GridRenderer::edit_row(bool positioned) {
-    if (command_.word != "edit_grid")
-        return;
-    edited_ = update_row(edit(positioned));
+    if (command_.word == "edit_grid")
+        edited_ = update_row(edit(positioned));
     if (page_ended())
         return;
-    const bool refused = !edited_.refusal.empty();
-    if (edited_.record_gone)
-        state_.set("_edit", false);
-    else if ((commands("edit_grid", "edit") && edited_.done) || (commands("edit_grid", "update") && refused))
-        edit_record_at(records().absolute_position() - 1, state_, offset_grid(), grid_.rows);
-    else if (commands("edit_grid", "delete") && edited_.done)
+    if (edited_.done && commands("edit_grid", "delete"))
         keep_selection_within(grid_.from_grid ? *offset_grid() : state_, records());
+    if (!commands("edit_grid", "update"))
+        follow_edited_row(positioned);
+    else if (edited_.record_gone)
+        state_.set("_edit", false);
+    else if (!edited_.refusal.empty())
+        edit_record_at(records().absolute_position() - 1, state_, offset_grid(), grid_.rows);
+}
+
+// The record that is edited may stand elsewhere than it was shown, or nowhere.
+void GridRenderer::follow_edited_row(bool positioned) {
+    const std::int16_t row = edited_row(state_);
+    if (row == 0)
+        return;
+    const EditResult found = find_row(edit(positioned), row);
+    if (found.done)
+        edit_record_at(records().absolute_position() - 1, state_, offset_grid(), grid_.rows);
+    if (!found.record_gone)
+        return;
+    state_.set("_edit", false);
+    edited_.refusal += (edited_.refusal.empty() ? "" : "<br>") + found.refusal;
 }
 
 void GridRenderer::edit_page() {

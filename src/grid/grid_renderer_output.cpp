@@ -57,8 +57,7 @@ void GridRenderer::render_rows(bool guarded) {
         records().set_bookmark(pro_.goto_bookmark);
     if (adds_) {
         const PostedForm typed(*source_, posted_, FormMode::Add);
-        const bool refused = !edited_.refusal.empty();
-        out_ += AddForm(pro_, *source_, grid_.grid_id, refused ? &typed : nullptr)
+        out_ += AddForm(pro_, *source_, grid_.grid_id, refused_new_ ? &typed : nullptr)
                     .html(layout_.row, shown_, validation_);
     }
     if (page_ended() || !shows_records())
@@ -67,7 +66,7 @@ void GridRenderer::render_rows(bool guarded) {
     GridRows rows(buttons(), *source_, nested, {grid_.from_grid, grid_.grid_mode});
     if (guarded)
         rows.mark_in(shown_);
-    const GridRows::Typed typed{PostedForm(*source_, posted_, FormMode::Edit), posted_};
+    const GridRows::Typed typed{PostedForm(*source_, posted_, FormMode::Edit), posted_, edited_.told_row};
     if (shows_typed())
         rows.show_typed(typed);
     rows.append(out_, layout_, rows_, validation_);

@@ -53,7 +53,7 @@ public:
     void finish(std::string& text, std::int16_t row) override { rows_.finish(text, row, true); }
 
 private:
-    // The refused value, if there is one for that column of the current record.
+    // The posted value, if there is one for that column of the current record.
     bool take_typed(std::string& plain, std::size_t column) const {
         if (rows_.typed_row_ == 0)
             return false;
@@ -101,6 +101,12 @@ void GridRows::append(std::string& out, const GridLayout& layout, std::int16_t m
 void GridRows::mark_row(RowMarker& marker) {
     RowMark mark = marker.mark();
     typed_row_ = typed_ ? typed_->shown.row_of(mark.key) : std::int16_t{0};
+    if (typed_row_ != 0 && !typed_->form.has_row(typed_row_))
+        typed_row_ = 0;
+    // What was typed was typed over the record as it was then, unless the user was told that it has changed
+    // since.
+    if (typed_row_ != 0 && typed_row_ != typed_->told_row)
+        mark.values = typed_->shown.row(typed_row_)->values;
     marks_->add_row(std::move(mark));
 }
 

@@ -25,10 +25,11 @@ public:
         bool grid_mode = false; // it is a list: its record pointers lead nowhere
     };
 
-    // A refused post, whose values the rows that are edited show instead of their records'.
+    // What was posted but not saved: the rows that are edited show it instead of their records' values.
     struct Typed {
         PostedForm form;
-        const ShownRows& shown; // which records it was for
+        const ShownRows& shown;    // which records it was for
+        std::int16_t told_row = 0; // the row of whose record the user was told what it holds now
     };
 
     // Borrows all of them for its own life. Error 5 for a column of the source that has no DbField.
@@ -60,7 +61,7 @@ private:
     std::vector<ColumnTag> tags_;
     ShownRows* marks_ = nullptr;
     const Typed* typed_ = nullptr;
-    std::int16_t typed_row_ = 0; // the refused post's row for the current record; 0: it has none
+    std::int16_t typed_row_ = 0; // where the current record was posted; 0: nowhere
 };
 
 } // namespace tabrixdb

@@ -2,6 +2,7 @@
 
 #include "automation/array.h"
 #include "automation/conversions.h"
+#include "automation/text.h"
 #include "engine/fill_tag.h"
 #include "engine/report.h"
 #include "template/evaluation.h"
@@ -51,11 +52,6 @@ void select_option(std::string& view, const Control& control) {
 }
 
 // --- Choices and check boxes -----------------------------------------------------------------------------
-
-std::string_view trimmed(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(' ');
-    return first == std::string_view::npos ? "" : text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
 
 // The items that are chosen: the value's parts between commas. Blanks around them do not count, as browsers'
 // several values arrive with ", " between them.
@@ -196,6 +192,22 @@ void fill_by_kind(std::string& view, std::string_view kind, const Control& contr
 bool shows_content(const DbField& field, FormMode mode) {
     const std::string& kind = field.view_kind(mode);
     return field.view(mode) == kNoView || kind == "UPLOADDB" || kind == "UPLOADDBIMAGE";
+}
+
+std::vector<std::string> box_values(const DbSource& source, const DbField& field, FormMode mode) {
+    const std::string& kind = field.view_kind(mode);
+    const std::string& view = field.view(mode);
+    std::vector<std::string> values;
+    if (kind == "CHECKBOX")
+        values.emplace_back(value_of_control(view));
+    if (kind == "CHOICE" || kind == "CHECKBOX_LIST")
+        for (const std::string& item : check_list(field))
+            values.emplace_back(value_of_control(item));
+    if (kind == "GETCHOICE_FROMFIELD" || kind == "GETCHECKBOX_FROMFIELD")
+        for (const std::string& items = items_of_record(trimmed(view), source);
+             const auto item : split(items, ','))
+            values.emplace_back(trimmed(item.substr(0, item.find('~'))));
+    return values;
 }
 
 std::string parse_view(Pro& pro, FormMode mode, const DbSource& source, std::string_view column,

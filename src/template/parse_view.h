@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tabrixdb {
 
@@ -18,6 +19,10 @@ struct ShownValue {
 
 // Whether a mode's control shows the content, so that there is no need to make it for others.
 bool shows_content(const DbField& field, FormMode mode);
+
+// The values that the boxes of a control post when they are checked, for the source's current record. Nothing
+// for a control of another kind.
+std::vector<std::string> box_values(const DbSource& source, const DbField& field, FormMode mode);
 
 // The input control of one column: the mode's view with the value filled in, what is chosen marked, and its
 // posted name. A column without a view ("NORMAL") shows its content. In mode Add a Default_value takes the

@@ -18,13 +18,28 @@ With db.Source("s")
     .Fields("photo").ViewEdit = "UPLOADDB"
 End With
 
+' Links as their text in braces, without markers of templates.
+Function Compact(html)
+    Dim start, text
+    text = html
+    Do While InStr(text, "<a href=") > 0
+        start = InStr(text, "<a href=")
+        text = Left(text, start - 1) & "{" & Mid(text, InStr(start, text, ">") + 1)
+        text = Replace(text, "</a>", "}", 1, 1)
+    Loop
+    For Each start In Array("header_start", "header_end", "footer_start")
+        text = Replace(text, "<!--tabrixdb:" & start & "-->", "")
+    Next
+    Compact = Replace(text, "&nbsp;", "")
+End Function
+
 ' What a grid shows: its message, its inside, its validation.
 Sub Show(grid)
     Dim html, at
     html = db.Grid(grid)
     at = InStr(html, "<div class=""tabrixdb-message""")
-    If at > 0 Then Response.Write Mid(html, InStr(at, html, ">") + 1, InStr(at, html, "</div>") - InStr(at, html, ">") - 1) & vbCrLf
-    Response.Write Rows(html)
+    If at > 0 Then Response.Write Mid(html, InStr(at, html, ">") + 1, InStr(at, html, "</div>") - InStr(at, html, ">") - 1) & " "
+    Response.Write Compact(Rows(html))
     at = InStr(html, "name=""" & grid & "_shown""")
     If at > 0 Then Response.Write vbCrLf & "<" & Mid(html, at, InStr(at, html, ">") - at + 1)
     If query("script") <> "" Then Response.Write Mid(html, InStr(html, "_validate() {"))
