@@ -91,15 +91,7 @@ Variant ScriptControl::guarded(const Body& body) {
     using namespace std::chrono;
     const Ref<ScriptControl> self(this); // the script may let go of the last one
 
-    struct Depth {
-        int& depth;
-
-        explicit Depth(int& at) : depth(at) { ++depth; }
-
-        ~Depth() { --depth; }
-    } const depth(depth_);
-
-    if (depth_ == 1)
+    if (!machine().is_running()) // a script may call the control that runs it
         interrupt_.restart(timeout_ == kNoTimeout ? Interrupt::Clock::time_point::max()
                                                   : Interrupt::Clock::now() + milliseconds(timeout_));
     error_->clear();
@@ -162,7 +154,7 @@ void ScriptControl::add_object(const std::string& name, const Variant& object, b
 
 // All code, values and objects go.
 void ScriptControl::reset() {
-    if (depth_ > 0)
+    if (machine_ && machine_->is_running())
         throw own_error(kErrorBusy);
     machine_.reset();
     error_->clear();

@@ -38,6 +38,8 @@ private:
     // Nothing but the language.
     class EmptyWorld final : public vbscript::Environment {
     public:
+        explicit EmptyWorld(ScriptControl& control) : control_(control) {}
+
         Ref<Object> create_object(std::string_view) override;
 
         Object* global_object(std::string_view) override { return nullptr; }
@@ -45,6 +47,11 @@ private:
         void write(const Variant&) override {}
 
         void write_literal(std::string_view) override {}
+
+        Object* owner() override { return &control_; }
+
+    private:
+        ScriptControl& control_;
     };
 
     const std::string& language() const { return language_; }
@@ -82,9 +89,8 @@ private:
     std::int32_t window_ = 0; // likewise
     std::int32_t timeout_ = kDefaultTimeout;
     std::int32_t state_ = 0;
-    int depth_ = 0; // of calls at work: a script may call the control that runs it
     Ref<ScriptControlError> error_ = make_ref<ScriptControlError>();
-    EmptyWorld world_;
+    EmptyWorld world_{*this};
     Interrupt interrupt_{Interrupt::InsideRun()};
     std::optional<vbscript::Machine> machine_;
 };

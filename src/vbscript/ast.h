@@ -55,6 +55,7 @@ struct Expression {
         Group,   // (left)
         Omitted, // an argument that was left out
         New,     // New name
+        Me,
     };
     Kind kind = Kind::Literal;
     Operator operation = Operator::Add;
@@ -230,14 +231,47 @@ struct ParameterDeclaration {
     bool by_value = false;
 };
 
+enum class ProcedureKind : std::uint8_t { Sub, Function, PropertyGet, PropertyLet, PropertySet };
+
 struct ProcedureDeclaration {
     std::string_view name;
-    bool is_function = false;
+    ProcedureKind kind = ProcedureKind::Sub;
     std::vector<ParameterDeclaration> parameters;
     Scope scope;
     Block body;
     Place place;
     Place end;
+    std::size_t owner = kNoClass; // the index of its class
+
+    static constexpr std::size_t kNoClass = static_cast<std::size_t>(-1);
+
+    bool is_property() const noexcept { return kind >= ProcedureKind::PropertyGet; }
+
+    bool has_result() const noexcept {
+        return kind == ProcedureKind::Function || kind == ProcedureKind::PropertyGet;
+    }
+};
+
+// A name that a class declares: a variable of its objects, a method (which is its `get`), or a property.
+struct ClassMember {
+    static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+
+    std::string_view name;
+    Place place;
+    bool is_private = false;
+    bool is_method = false;
+    std::size_t variable = kNone; // index into ClassDeclaration::variables
+    std::size_t get = kNone;      // and into Unit::procedures
+    std::size_t let = kNone;
+    std::size_t set = kNone;
+};
+
+struct ClassDeclaration {
+    std::string_view name;
+    std::vector<Variable> variables;
+    std::vector<ClassMember> members;
+    NameIndex member_index;
+    std::size_t default_member = ClassMember::kNone;
 };
 
 class Unit {
@@ -245,8 +279,10 @@ public:
     bool option_explicit = false;
     Scope scope;
     Block body;
-    std::vector<ProcedureDeclaration> procedures; // in source order; the last of one name counts
-    NameIndex procedure_index;
+    std::vector<ProcedureDeclaration> procedures; // in source order, those of classes among them
+    NameIndex procedure_index;                    // without those; the last of one name counts
+    std::vector<ClassDeclaration> classes;
+    NameIndex class_index;
     Place end;
 
     template <class T, class... Arguments>

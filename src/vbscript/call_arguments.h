@@ -1,5 +1,6 @@
 #pragma once
 
+#include "vbscript/instance.h"
 #include "vbscript/machine_state.h"
 
 namespace tabrixdb::vbscript {
@@ -7,15 +8,24 @@ namespace tabrixdb::vbscript {
 // The pointers of a call's arguments, on a stack of the machine for the time of the call.
 class CallArguments {
 public:
-    // The variables, temporaries and constants themselves: for callees that change none of them.
-    CallArguments(ChunkStack<Variant*>& stack, const Frame& frame, const Operand* list, std::size_t count)
+    enum class Of : std::uint8_t { Function };
+
+    // The variables, temporaries and constants themselves, for functions that change none of them. Where
+    // reading one may run script, they are copied to `copies`, so that it changes nothing for the others.
+    CallArguments(Of, ChunkStack<Variant*>& stack, ChunkStack<Variant>& copies, const Frame& frame,
+                  const Operand* list, std::size_t count)
         : CallArguments(stack, count) {
-        for (std::size_t i = 0; i < count; ++i)
-            pointers_[i] = &frame[list[i]];
+        copies_ = &copies;
+        copies_mark_ = copies.mark();
+        const bool may_run_script = Instance::any_alive();
+        for (std::size_t i = 0; i < count; ++i) {
+            Variant& value = frame[list[i]];
+            pointers_[i] = may_run_script ? copy(value) : &value;
+        }
     }
 
-    // The same for callees that may write to what they get: constants are copied to `copies` first.
-    // `last` comes behind them when it is not null.
+    // For callees that may write to what they get: constants are copied to `copies`. `last` comes behind
+    // them when it is not null.
     CallArguments(ChunkStack<Variant*>& stack, ChunkStack<Variant>& copies, const Frame& frame,
                   const Operand* list, std::size_t count, Variant* last = nullptr)
         : CallArguments(stack, count + (last != nullptr)) {
@@ -65,6 +75,35 @@ private:
     std::size_t copied_ = 0;
     Variant** pointers_;
     Variant** pointers_to_copies_;
+};
+
+// Where reading a value may run script, what an object in C++ was given stays alive for the time of the call,
+// whatever that script does to the variables.
+class HeldValues {
+public:
+    HeldValues(ChunkStack<Variant>& stack, Arguments arguments)
+        : stack_(stack),
+          mark_(stack.mark()),
+          count_(Instance::any_alive() ? arguments.size() : 0),
+          values_(stack.push(count_)) {
+        for (std::size_t i = 0; i < count_; ++i)
+            values_[i] = *arguments[i];
+    }
+
+    ~HeldValues() {
+        for (std::size_t i = 0; i < count_; ++i)
+            values_[i] = Variant();
+        stack_.pop(mark_);
+    }
+
+    HeldValues(const HeldValues&) = delete;
+    HeldValues& operator=(const HeldValues&) = delete;
+
+private:
+    ChunkStack<Variant>& stack_;
+    ChunkStack<Variant>::Mark mark_;
+    std::size_t count_;
+    Variant* values_;
 };
 
 inline void empty_temporaries(const Frame& frame, const Operand* list, std::size_t count) {

@@ -6,8 +6,8 @@ namespace tabrixdb::vbscript {
 
 // --- Names -----------------------------------------------------------------------------------------
 
-// The nearest declaration counts: the procedure's, the unit's, the library's. What none of them has (an
-// object of the host, a name of another unit, a name that was never declared) is found at run time.
+// The nearest declaration counts: the procedure's, its class's, the unit's, the library's. What none of them
+// has (an object of the host, a name of another unit, a name that was never declared) is found at run time.
 Compiler::Meaning Compiler::meaning(std::string_view name) {
     if (const auto found = body_->names.find(name); found != body_->names.end())
         return {Meaning::Kind::Variable, found->second};
@@ -17,6 +17,14 @@ Compiler::Meaning Compiler::meaning(std::string_view name) {
         const auto constant = procedure->scope.constants.find(name);
         if (constant != procedure->scope.constants.end())
             return {Meaning::Kind::Constant, builder_.constant(*constant->second)};
+    }
+    if (const ClassDeclaration* own = own_class()) {
+        if (const auto found = own->member_index.find(name); found != own->member_index.end()) {
+            const std::size_t variable = own->members[found->second].variable;
+            if (variable != ClassMember::kNone)
+                return {Meaning::Kind::Variable, Operand(Operand::Kind::Field, variable)};
+            return {Meaning::Kind::Method, Operand::number(found->second)};
+        }
     }
     if (const auto constant = unit_.scope.constants.find(name); constant != unit_.scope.constants.end())
         return {Meaning::Kind::Constant, builder_.constant(*constant->second)};
@@ -40,7 +48,13 @@ Compiler::Meaning Compiler::meaning(std::string_view name) {
 
 bool Compiler::is_own_function(std::string_view name) const noexcept {
     const ProcedureDeclaration* procedure = body_->declaration;
-    return procedure && procedure->is_function && equal_ignore_case(procedure->name, name);
+    return procedure && procedure->has_result() && equal_ignore_case(procedure->name, name);
+}
+
+const ClassDeclaration* Compiler::own_class() const noexcept {
+    const ProcedureDeclaration* procedure = body_->declaration;
+    const bool is_method = procedure && procedure->owner != ProcedureDeclaration::kNoClass;
+    return is_method ? &unit_.classes[procedure->owner] : nullptr;
 }
 
 Operand Compiler::variable(const Meaning& meaning, std::string_view name) {
@@ -78,6 +92,13 @@ Operand Compiler::bind_argument(const Meaning& meaning, std::uint8_t flags) {
     return reference;
 }
 
+// What stands before the dot.
+Operand Compiler::held_object(const Expression& member) {
+    if (!member.left)
+        return with_object();
+    return member.left->kind == Expression::Kind::Me ? body_->me : evaluate(*member.left);
+}
+
 Operand Compiler::with_object() {
     if (!body_->withs.empty())
         return body_->withs.back();
@@ -109,22 +130,22 @@ Operand Compiler::call(const Expression& call, Operand into) {
     if (callee.kind == Expression::Kind::Name) {
         Meaning name = meaning(callee.name);
         // With brackets, a function's name inside the function is a call and not its result.
-        if (is_own_function(callee.name))
+        if (is_own_function(callee.name)) {
+            if (const ClassDeclaration* own = own_class())
+                return call_method(own->member_index.at(callee.name), call.arguments, into);
             name = {Meaning::Kind::Procedure, builder_.link(callee.name)};
+        }
         const Instruction by_name{.code = OpCode::CallName, .a = into, .b = name.at};
         switch (name.kind) {
         case Meaning::Kind::Procedure:
         case Meaning::Kind::Dynamic: {
             Prepared prepared = prepare(call.arguments);
-            for (Operand& operand : prepared.operands)
-                if (operand.kind() == Operand::Kind::Constant) { // a parameter may be assigned to
-                    const Operand copy = body_->frame.temporary();
-                    builder_.emit({.code = OpCode::Move, .a = copy, .b = operand});
-                    operand = copy;
-                }
+            copy_constants(prepared.operands);
             finish_call(by_name, std::move(prepared), {name.local});
             return into;
         }
+        case Meaning::Kind::Method:
+            return call_method(name.at.number(), call.arguments, into);
         case Meaning::Kind::Library:
             finish_call(by_name, {values(call.arguments), {}}, {name.local});
             return into;
@@ -143,10 +164,35 @@ Operand Compiler::call(const Expression& call, Operand into) {
     return into;
 }
 
+// A parameter may be assigned to.
+void Compiler::copy_constants(std::vector<Operand>& arguments) {
+    for (Operand& operand : arguments)
+        if (operand.kind() == Operand::Kind::Constant) {
+            const Operand copy = body_->frame.temporary();
+            builder_.emit({.code = OpCode::Move, .a = copy, .b = operand});
+            operand = copy;
+        }
+}
+
+Operand Compiler::call_method(std::size_t member, std::span<const Expression* const> arguments,
+                              Operand into) {
+    const Temporaries temporaries(body_->frame);
+    const ClassMember& called = own_class()->members[member];
+    if (called.get == ClassMember::kNone) {
+        raise(kErrorNoMember, called.name);
+        return builder_.constant(Variant());
+    }
+    Prepared prepared = prepare(arguments);
+    copy_constants(prepared.operands);
+    finish_call({.code = OpCode::CallMethod, .a = into, .b = Operand::number(called.get)},
+                std::move(prepared), {});
+    return into;
+}
+
 Operand Compiler::call_member(const Expression& member, std::span<const Expression* const> arguments,
                               Operand into) {
     const Temporaries temporaries(body_->frame);
-    const Operand object = member.left ? evaluate(*member.left) : with_object();
+    const Operand object = held_object(member);
     finish_call({.code = OpCode::GetMember, .a = into, .b = object}, prepare(arguments),
                 {builder_.member(member.name), builder_.cache()});
     return into;
@@ -226,7 +272,31 @@ void Compiler::finish_call(Instruction instruction, Prepared prepared, std::vect
 
 // --- Targets ---------------------------------------------------------------------------------------
 
+// The property of the own class that an assignment to this target calls, or nullptr.
+const ClassMember* Compiler::own_accessor(const Expression& target) {
+    const Expression& name = target.kind == Expression::Kind::Call ? *target.left : target;
+    if (name.kind != Expression::Kind::Name)
+        return nullptr;
+    const Meaning found = meaning(name.name);
+    return found.kind == Meaning::Kind::Method ? &own_class()->members[found.at.number()] : nullptr;
+}
+
+void Compiler::store_property(const ClassMember& property, std::span<const Expression* const> arguments,
+                              Operand value, bool by_reference) {
+    const std::size_t accessor = by_reference ? property.set : property.let;
+    if (accessor == ClassMember::kNone)
+        return raise(501, property.name);
+    const Operand held = body_->frame.temporary();
+    builder_.emit({.code = by_reference ? OpCode::Set : OpCode::Let, .a = held, .b = value});
+    Prepared prepared = prepare(arguments);
+    copy_constants(prepared.operands);
+    prepared.operands.push_back(held);
+    finish_call({.code = OpCode::CallMethod, .b = Operand::number(accessor)}, std::move(prepared), {});
+}
+
 void Compiler::store(const Expression& target, Operand value, bool by_reference) {
+    if (const ClassMember* property = own_accessor(target))
+        return store_property(*property, target.arguments, value, by_reference);
     if (target.kind == Expression::Kind::Name) {
         const Operand at = variable(meaning(target.name), target.name);
         builder_.emit({.code = by_reference ? OpCode::Set : OpCode::Let, .a = at, .b = value});
@@ -241,7 +311,7 @@ void Compiler::store(const Expression& target, Operand value, bool by_reference)
 
 void Compiler::store_member(const Expression& member, std::span<const Expression* const> arguments,
                             Operand value, bool by_reference) {
-    const Operand object = member.left ? evaluate(*member.left) : with_object();
+    const Operand object = held_object(member);
     std::vector<Operand> list = {builder_.member(member.name), builder_.cache()};
     const std::vector<Operand> given = values(arguments);
     list.insert(list.end(), given.begin(), given.end());

@@ -89,7 +89,8 @@ std::uint8_t object_flags(const Expression& operand) noexcept {
     while (at->kind == Expression::Kind::Group)
         at = at->left;
     const bool is_call = at->kind == Expression::Kind::Call || at->kind == Expression::Kind::Member ||
-                         at->kind == Expression::Kind::Name;
+                         at->kind == Expression::Kind::Name || at->kind == Expression::Kind::New ||
+                         at->kind == Expression::Kind::Me;
     return is_call ? Instruction::kLetsGo : std::uint8_t{0};
 }
 
@@ -100,7 +101,7 @@ std::uint8_t operand_flags(const Expression& binary) noexcept {
 
 bool is_variable(Operand operand) noexcept {
     return operand.kind() == Operand::Kind::Local || operand.kind() == Operand::Kind::Reference ||
-           operand.kind() == Operand::Kind::Global;
+           operand.kind() == Operand::Kind::Field || operand.kind() == Operand::Kind::Global;
 }
 
 bool is_concatenation(const Expression& expression) noexcept {
@@ -146,9 +147,13 @@ Operand Compiler::evaluate(const Expression& expression, Operand into) {
         return evaluate(*expression.left, into);
     case Expression::Kind::Omitted:
         return builder_.constant(Variant::missing());
-    case Expression::Kind::New:
-        raise(506, expression.name);
-        return builder_.constant(Variant());
+    case Expression::Kind::New: {
+        const Operand made = body_->frame.temporary();
+        builder_.emit({.code = OpCode::New, .a = made, .b = builder_.link(expression.name)});
+        return made;
+    }
+    case Expression::Kind::Me: // a copy: the slot itself is nobody's to assign to
+        return held_now(body_->me);
     }
     return {};
 }
@@ -158,6 +163,8 @@ Operand Compiler::evaluate_name(const Expression& expression) {
     if (name.kind == Meaning::Kind::Variable || name.kind == Meaning::Kind::Constant)
         return name.at;
     const Operand result = body_->frame.temporary();
+    if (name.kind == Meaning::Kind::Method)
+        return call_method(name.at.number(), {}, result);
     if (name.kind == Meaning::Kind::Dynamic)
         builder_.emit({.code = OpCode::GetName, .a = result, .b = name.at, .c = name.local});
     else
@@ -319,10 +326,12 @@ bool Compiler::may_call(const Expression& expression) {
             return true;
     switch (at->kind) {
     case Expression::Kind::Member:
+    case Expression::Kind::New:
         return true;
     case Expression::Kind::Name: {
         const Meaning::Kind kind = meaning(at->name).kind;
-        return kind == Meaning::Kind::Procedure || kind == Meaning::Kind::Dynamic;
+        return kind == Meaning::Kind::Procedure || kind == Meaning::Kind::Method ||
+               kind == Meaning::Kind::Dynamic;
     }
     case Expression::Kind::Call:
         return at->left->kind != Expression::Kind::Name || may_call(*at->left) ||
@@ -371,7 +380,7 @@ bool Compiler::assign_by_appending(Operand target, const Expression& name, const
 
 void Compiler::assign(const AssignStatement& statement) {
     const Expression& target = *statement.target;
-    if (target.kind != Expression::Kind::Name)
+    if (target.kind != Expression::Kind::Name || own_accessor(target))
         return store(target, evaluate(*statement.value), statement.by_reference);
     const Operand at = variable(meaning(target.name), target.name);
     if (statement.by_reference) {

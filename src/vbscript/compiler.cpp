@@ -56,6 +56,9 @@ void Compiler::compile_unit() {
     find_implicit_names(unit_.body, true);
     declare_globals();
     program_.procedures.resize(unit_.procedures.size());
+    program_.classes.resize(unit_.classes.size());
+    for (std::size_t i = 0; i < unit_.classes.size(); ++i)
+        compile_class(unit_.classes[i], program_.classes[i]);
 
     Body global;
     body_ = &global;
@@ -86,8 +89,8 @@ void Compiler::find_implicit_names(Block block, bool is_global) {
             return;
         if (is_global) {
             if (!unit_.scope.variable_index.contains(name) && !unit_.scope.constants.contains(name) &&
-                !unit_.procedure_index.contains(name) && !find_library_function(name) &&
-                !find_library_constant(name))
+                !unit_.procedure_index.contains(name) && !unit_.class_index.contains(name) &&
+                !find_library_function(name) && !find_library_constant(name))
                 implicit_globals_.try_emplace(name, implicit_globals_.size());
         } else if (declares && meaning(name).kind == Meaning::Kind::Dynamic) {
             body_->names.emplace(name, body_->frame.local());
@@ -123,6 +126,8 @@ void Compiler::declare_globals() {
         declare(name, Program::Declared::Implicit, 0);
     for (const auto& [name, index] : unit_.procedure_index)
         declare(name, Program::Declared::Procedure, index);
+    for (const auto& [name, index] : unit_.class_index)
+        declare(name, Program::Declared::Class, index);
 }
 
 // Arrays have their dimensions from the beginning of their scope on.
@@ -142,6 +147,27 @@ void Compiler::dimension(const Scope& scope) {
     }
 }
 
+void Compiler::compile_class(const ClassDeclaration& declaration, Class& made) const {
+    const auto index = [](std::size_t given) {
+        return given == ClassMember::kNone ? -1 : static_cast<std::int32_t>(given);
+    };
+    made.name = declaration.name;
+    made.default_member = index(declaration.default_member);
+    for (const Variable& variable : declaration.variables)
+        made.fields.push_back({variable.is_array, variable.bounds});
+    for (const ClassMember& member : declaration.members) {
+        made.index.emplace(member.name, static_cast<std::int32_t>(made.members.size()));
+        made.members.push_back({std::string(member.name), member.is_private, index(member.variable),
+                                index(member.get), index(member.let), index(member.set)});
+    }
+    const auto event = [&](std::string_view name) {
+        const std::int32_t member = made.find(name);
+        return member < 0 ? -1 : made.members[static_cast<std::size_t>(member)].get;
+    };
+    made.initialize = event("Class_Initialize");
+    made.terminate = event("Class_Terminate");
+}
+
 void Compiler::compile_procedure(const ProcedureDeclaration& declaration) {
     const std::size_t index = static_cast<std::size_t>(&declaration - unit_.procedures.data());
     Procedure& procedure = program_.procedures[index];
@@ -149,14 +175,17 @@ void Compiler::compile_procedure(const ProcedureDeclaration& declaration) {
     body_ = &body;
     body.declaration = &declaration;
     procedure.name = declaration.name;
-    procedure.is_function = declaration.is_function;
     procedure.first = builder_.here();
+    if (declaration.owner != ProcedureDeclaration::kNoClass) {
+        procedure.owner = &program_.classes[declaration.owner];
+        body.me = body.frame.local(); // the first slot
+    }
     for (const ParameterDeclaration& parameter : declaration.parameters) {
         const Operand at = parameter.by_value ? body.frame.local() : body.frame.parameter_reference();
         procedure.parameters.push_back({parameter.by_value, at});
         body.names.emplace(parameter.name, at);
     }
-    if (declaration.is_function)
+    if (declaration.has_result())
         body.result = body.frame.local();
     for (const Variable& variable : declaration.scope.variables)
         body.names.emplace(variable.name, body.frame.local());

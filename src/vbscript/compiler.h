@@ -32,6 +32,7 @@ private:
             Variable,  // at: where it is
             Constant,  // at: its value
             Procedure, // at: the link; of this unit
+            Method,    // at: the member of the own class, as a number; a method or a property
             Library,   // at: the link
             Dynamic,   // at: the link; found out when it is used
         };
@@ -70,6 +71,7 @@ private:
         std::unordered_map<std::string_view, Operand, IgnoreCaseHash, IgnoreCaseEqual> names;
         std::unordered_map<std::string_view, Operand, IgnoreCaseHash, IgnoreCaseEqual> undeclared;
         Operand result;
+        Operand me;
         std::vector<Enclosing> enclosing;
         std::vector<Operand> withs;
     };
@@ -91,6 +93,7 @@ private:
     void declare_globals();
     void find_implicit_names(Block block, bool is_global);
     void dimension(const Scope& scope);
+    void compile_class(const ClassDeclaration& declaration, Class& made) const;
     void compile_procedure(const ProcedureDeclaration& declaration);
     void finish_procedure(Procedure& procedure, Place end);
     void name_slots(Procedure& procedure) const;
@@ -122,6 +125,7 @@ private:
     Operand evaluate_binary(const Expression& expression, Operand into);
     Operand evaluate_joined(const Expression& expression, Operand into);
     Operand with_object();
+    Operand held_object(const Expression& member);
     // As evaluate, but what the variable holds now, when `next` may change it.
     Operand evaluate_before(const Expression& expression, const Expression& next);
     Operand held_now(Operand variable);
@@ -136,6 +140,7 @@ private:
     // --- Names, calls, targets
     Meaning meaning(std::string_view name);
     Operand call(const Expression& call, Operand into);
+    Operand call_method(std::size_t member, std::span<const Expression* const> arguments, Operand into);
     Operand call_member(const Expression& member, std::span<const Expression* const> arguments, Operand into);
     void call_statement(const Expression& call);
     Prepared prepare(std::span<const Expression* const> arguments);
@@ -143,12 +148,17 @@ private:
     Operand prepare_element(const Expression& element, const Meaning& array, Prepared& prepared);
     Operand bind_argument(const Meaning& meaning, std::uint8_t flags);
     bool is_own_function(std::string_view name) const noexcept;
+    const ClassDeclaration* own_class() const noexcept;
+    const ClassMember* own_accessor(const Expression& target);
+    void copy_constants(std::vector<Operand>& arguments);
     std::vector<Operand> values(std::span<const Expression* const> expressions);
     void finish_call(Instruction instruction, Prepared prepared, std::vector<Operand> before);
     Operand variable(const Meaning& meaning, std::string_view name);           // to assign to it
     Operand variable_or_value(const Meaning& meaning, const Expression& name); // to reach into it
     void store(const Expression& target, Operand value, bool by_reference);
     void store_element(const Expression& target, Operand value, bool by_reference);
+    void store_property(const ClassMember& property, std::span<const Expression* const> arguments,
+                        Operand value, bool by_reference);
     void store_member(const Expression& member, std::span<const Expression* const> arguments, Operand value,
                       bool by_reference);
     std::uint16_t list_size(std::size_t size) const;

@@ -162,13 +162,24 @@ bool Machine::State::interpret(std::size_t base) {
                 if (interrupt_.stopped())
                     return false;
                 break;
+            case OpCode::CallMethod:
+                call_own_method(frame, now);
+                in_this_frame = false;
+                if (interrupt_.stopped())
+                    return false;
+                break;
+            case OpCode::New:
+                in_this_frame = !new_object(frame, now);
+                if (interrupt_.stopped())
+                    return false;
+                break;
             case OpCode::GetMember:
-                get_member(frame, now);
+                in_this_frame = !get_member(frame, now);
                 if (interrupt_.stopped())
                     return false;
                 break;
             case OpCode::StoreMember:
-                store_member(frame, now);
+                in_this_frame = !store_member(frame, now);
                 if (interrupt_.stopped())
                     return false;
                 break;
@@ -226,9 +237,12 @@ bool Machine::State::interpret(std::size_t base) {
                 break;
             case OpCode::Return:
                 return_from_frame();
-                if (frames_.size() > base)
-                    ++frames_.back().at;
                 in_this_frame = false;
+                if (frames_.size() == base)
+                    break;
+                if (!dying_.empty())
+                    run_terminations();
+                ++frames_.back().at;
                 break;
             case OpCode::Raise:
                 raise(frame, now);
@@ -248,6 +262,8 @@ bool Machine::State::interpret(std::size_t base) {
                 let_go(frame, now.b);
                 let_go(frame, now.c);
             }
+            if (!dying_.empty() && in_this_frame)
+                run_terminations();
         }
     }
     return true;

@@ -1,6 +1,7 @@
 #include "vbscript/machine.h"
 
 #include "automation/conversions.h"
+#include "vbscript/instance.h"
 #include "vbscript/machine_state.h"
 #include "vbscript/place.h"
 
@@ -15,7 +16,9 @@ namespace tabrixdb::vbscript {
 Machine::Machine(Environment& environment, Interrupt& interrupt, Limits limits)
     : state_(std::make_unique<State>(environment, interrupt, limits)) {}
 
-Machine::~Machine() = default;
+Machine::~Machine() {
+    state_->close();
+}
 
 Outcome Machine::run(std::shared_ptr<const Program> program) {
     return state_->run(std::move(program));
@@ -37,6 +40,10 @@ void Machine::add_object(std::string_view name, Ref<Object> object, bool members
     state_->add_object(name, std::move(object), members);
 }
 
+bool Machine::is_running() const noexcept {
+    return state_->is_running();
+}
+
 // --- State: entrances ------------------------------------------------------------------------------
 
 Machine::State::State(Environment& environment, Interrupt& interrupt, Limits limits)
@@ -51,7 +58,23 @@ Machine::State::State(Environment& environment, Interrupt& interrupt, Limits lim
     global("Eval").kind = Global::Kind::Eval;
 }
 
-Machine::State::~State() = default;
+Machine::State::~State() {
+    Interrupt::let_go(names_in_order_.size() * kBytesOfName);
+}
+
+void Machine::State::close() noexcept {
+    for (Global* name : names_in_order_) {
+        if (name->kind != Global::Kind::Variable)
+            continue;
+        try {
+            name->value = Variant();
+            run_terminations();
+        } catch (const std::exception&) { // there is no statement left that it could fail
+        }
+    }
+    dying_.clear();
+    release_instances();
+}
 
 Outcome Machine::State::run(std::shared_ptr<const Program> program) {
     LoadedUnit& unit = load(std::move(program));
@@ -116,7 +139,13 @@ void Machine::State::add_object(std::string_view name, Ref<Object> object, bool 
 
 Global& Machine::State::global(std::string_view name) {
     const auto found = globals_.find(name);
-    return found != globals_.end() ? found->second : globals_[std::string(name)];
+    if (found != globals_.end())
+        return found->second;
+    if (!Interrupt::hold(kBytesOfName))
+        throw Error(7);
+    Global& made = globals_[std::string(name)];
+    names_in_order_.push_back(&made);
+    return made;
 }
 
 // A name that no unit declares: the host's, then the library's, then a member of an object of its own.
@@ -147,10 +176,38 @@ LoadedUnit& Machine::State::load(std::shared_ptr<const Program> program) {
     return *unit;
 }
 
+namespace {
+
+// For Eval in a method: a variable or another member of the method's class, and Me.
+bool borrow_member(LoadedUnit& unit, const Frame& scope, std::string_view name) {
+    const Class* const owner = scope.procedure->owner;
+    if (!owner)
+        return false;
+    const std::int32_t member = owner->find(name);
+    const bool is_me = equal_ignore_case(name, "Me");
+    if (member < 0 && !is_me)
+        return false;
+    Global& stand_in = unit.borrowed.emplace_back();
+    stand_in.value = scope.slots[0];
+    unit.links.push_back({&stand_in, &stand_in.value});
+    const std::int32_t field = is_me ? -1 : owner->members[static_cast<std::size_t>(member)].field;
+    if (field >= 0) {
+        stand_in.kind = Global::Kind::Variable;
+        unit.links.back().value = &scope.fields[field];
+    } else {
+        stand_in.kind = is_me ? Global::Kind::Object : Global::Kind::Member;
+        stand_in.member = member;
+    }
+    return true;
+}
+
+} // namespace
+
 std::unique_ptr<LoadedUnit> Machine::State::link(std::shared_ptr<const Program> program, const Frame* scope) {
     auto unit = std::make_unique<LoadedUnit>();
     unit->program = std::move(program);
     unit->caches.resize(unit->program->caches);
+    unit->class_keys = new_class_keys(unit->program->classes.size());
     for (const Program::Link& wanted : unit->program->links) {
         if (scope) {
             const auto& names = scope->procedure->names;
@@ -164,6 +221,8 @@ std::unique_ptr<LoadedUnit> Machine::State::link(std::shared_ptr<const Program> 
                 unit->links.push_back({&stand_in, &(*scope)[local->at]});
                 continue;
             }
+            if (borrow_member(*unit, *scope, wanted.name))
+                continue;
         }
         Global& found = global(wanted.name);
         if (found.kind == Global::Kind::Undefined && wanted.declared == Program::Declared::No)
@@ -183,7 +242,7 @@ void Machine::State::declare(LoadedUnit& unit) {
             break;
         case Program::Declared::Implicit:
             if (found.kind == Global::Kind::Constant || found.kind == Global::Kind::Procedure ||
-                found.kind == Global::Kind::Member)
+                found.kind == Global::Kind::Member || found.kind == Global::Kind::Class)
                 throw located(named_error(501, wanted.name), program.source, {});
             found.kind = Global::Kind::Variable;
             break;
@@ -200,6 +259,11 @@ void Machine::State::declare(LoadedUnit& unit) {
             found.kind = Global::Kind::Procedure;
             found.unit = &unit;
             found.procedure = &program.procedures[wanted.index];
+            break;
+        case Program::Declared::Class:
+            found.kind = Global::Kind::Class;
+            found.unit = &unit;
+            found.declared = &program.classes[wanted.index];
             break;
         }
     }
@@ -232,13 +296,13 @@ private:
 } // namespace
 
 std::optional<Variant> Machine::State::execute(LoadedUnit& unit, const Procedure& procedure,
-                                               Arguments arguments) {
+                                               Arguments arguments, Instance* me) {
     if (arguments.size() != procedure.parameters.size())
         raise_named(kErrorArguments, procedure.name);
     const Entrance entrance;
+    const Ref<Object> owner(environment_.owner());
     const std::size_t base = frames_.size();
-    push_frame(unit, procedure, {});
-    Frame& frame = frames_.back();
+    Frame& frame = push_frame(unit, procedure, {}, me);
     frame.is_base = true;
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         const Procedure::Parameter& parameter = procedure.parameters[i];
@@ -249,10 +313,14 @@ std::optional<Variant> Machine::State::execute(LoadedUnit& unit, const Procedure
     }
     if (!run_frames(base))
         return std::nullopt;
-    return std::exchange(returned_, Variant());
+    Variant result = std::exchange(returned_, Variant());
+    if (base == 0)
+        run_terminations();
+    return result;
 }
 
-void Machine::State::push_frame(LoadedUnit& unit, const Procedure& procedure, Operand result) {
+Frame& Machine::State::push_frame(LoadedUnit& unit, const Procedure& procedure, Operand result, Instance* me,
+                                  std::size_t copies) {
     if (frames_.size() > limits_.recursion)
         throw Error(28);
     Frame frame;
@@ -261,20 +329,45 @@ void Machine::State::push_frame(LoadedUnit& unit, const Procedure& procedure, Op
     frame.result = result;
     frame.slot_mark = slots_.mark();
     frame.reference_mark = references_.mark();
-    frame.slots = slots_.push(procedure.slots);
+    frame.slot_count = static_cast<std::uint32_t>(procedure.slots + copies);
+    frame.slots = slots_.push(frame.slot_count);
     frame.references = references_.push(procedure.references);
     frame.at = unit.program->code.data() + procedure.first;
+    if (me) {
+        frame.slots[0] = Variant(Ref<Object>(me));
+        frame.fields = me->fields();
+    }
     frames_.push_back(frame);
+    return frames_.back();
 }
 
 void Machine::State::pop_frame() {
     const Frame frame = frames_.back();
-    for (std::uint32_t i = 0; i < frame.procedure->slots; ++i)
+    for (std::uint32_t i = 0; i < frame.slot_count; ++i)
         frame.slots[i] = Variant();
     frames_.pop_back();
     slots_.pop(frame.slot_mark);
     references_.pop(frame.reference_mark);
 }
+
+namespace {
+
+// Operands that stand before the arguments of a call that pushes a frame; -1: it has no list.
+int before_arguments(OpCode code) noexcept {
+    switch (code) {
+    case OpCode::CallMethod:
+        return 0;
+    case OpCode::CallName:
+        return 1;
+    case OpCode::GetMember:
+    case OpCode::StoreMember:
+        return 2;
+    default:
+        return -1;
+    }
+}
+
+} // namespace
 
 void Machine::State::return_from_frame() {
     const Frame& frame = frames_.back();
@@ -290,8 +383,9 @@ void Machine::State::return_from_frame() {
     }
     const Frame& caller = frames_.back();
     const Instruction& call = *caller.at;
-    if (call.code == OpCode::CallName && !(call.flags & Instruction::kKeepArguments)) {
-        const Operand* const arguments = caller.list(call.c) + 1;
+    const int before = before_arguments(call.code);
+    if (before >= 0 && !(call.flags & Instruction::kKeepArguments)) {
+        const Operand* const arguments = caller.list(call.c) + before;
         for (std::size_t i = 0; i < call.count; ++i)
             if (arguments[i].is_temporary())
                 caller[arguments[i]] = Variant();
@@ -422,6 +516,11 @@ std::string name_of(const Frame& frame, Operand operand) {
         Frame before = frame;
         before.at = maker_of(frame, operand);
         return before.at ? name_of_call(before, *before.at) : std::string();
+    }
+    if (operand.kind() == Operand::Kind::Field) {
+        for (const Class::Member& member : frame.procedure->owner->members)
+            if (member.field == static_cast<std::int32_t>(operand.index()))
+                return member.name;
     }
     for (const Procedure::Named& named : frame.procedure->names)
         if (named.at == operand)

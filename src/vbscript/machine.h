@@ -26,6 +26,12 @@ public:
     virtual Object* global_object(std::string_view name) = 0;
     virtual void write(const Variant& value) = 0;          // Piece::Kind::Expression
     virtual void write_literal(std::string_view text) = 0; // Piece::Kind::Literal
+
+    // `New name`, for a class that no script declares; empty when the host has none either.
+    virtual Ref<Object> new_object(std::string_view) { return {}; }
+
+    // What must not go while script of its machine runs, or nullptr.
+    virtual Object* owner() { return nullptr; }
 };
 
 struct Limits {
@@ -54,9 +60,12 @@ public:
     Variant eval(std::string_view expression);
     // Makes the object a global name; with `members`, its members, too, where nothing else has their names.
     void add_object(std::string_view name, Ref<Object> object, bool members);
+    // Whether any of its script is at work.
+    bool is_running() const noexcept;
+
+    class State; // the engine's own files see inside
 
 private:
-    class State;
     std::unique_ptr<State> state_;
 };
 

@@ -1,5 +1,6 @@
 #include "automation/conversions.h"
 #include "vbscript/call_arguments.h"
+#include "vbscript/instance.h"
 #include "vbscript/machine_state.h"
 
 namespace tabrixdb::vbscript {
@@ -99,7 +100,7 @@ bool Machine::State::call_link(Frame& frame, const Instruction& instruction, Ope
     Variant value;
     switch (link.global->kind) {
     case Global::Kind::Procedure:
-        call_procedure(frame, *link.global, result, list, count);
+        call_procedure(frame, *link.global->unit, *link.global->procedure, result, list, count);
         return true;
     case Global::Kind::Member:
         value = call_global_member(frame, *link.global, list, count, name);
@@ -130,23 +131,37 @@ bool Machine::State::call_link(Frame& frame, const Instruction& instruction, Ope
     return false;
 }
 
-void Machine::State::call_procedure(Frame& frame, const Global& global, Operand result, const Operand* list,
-                                    std::size_t count) {
-    const Procedure& procedure = *global.procedure;
-    if (count != procedure.parameters.size())
+void Machine::State::call_procedure(Frame& frame, LoadedUnit& unit, const Procedure& procedure,
+                                    Operand result, const Operand* list, std::size_t count, Instance* me,
+                                    Variant* value) {
+    if (count + (value != nullptr) != procedure.parameters.size())
         raise_named(kErrorArguments, procedure.name);
     if (must_stop())
         return;
-    push_frame(*global.unit, procedure, result);
-    const Frame& callee = frames_.back();
-    for (std::size_t i = 0; i < count; ++i) {
-        Variant& argument = frame[list[i]];
+    const Frame& callee = push_frame(unit, procedure, result, me, me ? procedure.parameters.size() : 0);
+    Variant* const copies = callee.slots + procedure.slots;
+    const auto pass = [&](std::size_t i, Variant& argument, bool may_change) {
         const Procedure::Parameter& parameter = procedure.parameters[i];
-        if (parameter.by_value)
+        if (parameter.by_value) {
             callee.slots[parameter.at.index()] = argument;
-        else
+        } else if (may_change) {
             callee.references[parameter.at.index()] = &argument;
-    }
+        } else {
+            copies[i] = argument;
+            callee.references[parameter.at.index()] = &copies[i];
+        }
+    };
+    for (std::size_t i = 0; i < count; ++i)
+        pass(i, frame[list[i]], !me || list[i].kind() != Operand::Kind::Constant);
+    if (value)
+        pass(count, *value, false);
+}
+
+void Machine::State::call_own_method(Frame& frame, const Instruction& instruction) {
+    LoadedUnit& unit = *frame.unit;
+    call_procedure(frame, unit, unit.program->procedures[instruction.b.number()], instruction.a,
+                   frame.list(instruction.c), instruction.count,
+                   static_cast<Instance*>(frame.slots[0].object()));
 }
 
 Variant Machine::State::call_global_member(Frame& frame, const Global& global, const Operand* list,
@@ -167,7 +182,7 @@ Variant Machine::State::call_library(Frame& frame, const LibraryFunction& functi
     const bool too_many = function.most >= 0 && count > static_cast<std::size_t>(function.most);
     if (too_many || count < static_cast<std::size_t>(function.least))
         raise_named(kErrorArguments, function.name);
-    const CallArguments arguments(references_, frame, list, count);
+    const CallArguments arguments(CallArguments::Of::Function, references_, slots_, frame, list, count);
     try {
         return function.call(arguments.span());
     } catch (const Error& error) {

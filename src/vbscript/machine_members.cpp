@@ -1,5 +1,6 @@
 #include "automation/conversions.h"
 #include "vbscript/call_arguments.h"
+#include "vbscript/instance.h"
 #include "vbscript/machine_state.h"
 
 #include <algorithm>
@@ -76,6 +77,10 @@ void empty_temporary(const Frame& frame, Operand operand) {
         frame[operand] = Variant();
 }
 
+const std::string& member_name(const Frame& frame, const Operand* site) {
+    return frame.unit->program->members[site[0].number()];
+}
+
 // Errors about the way a member was asked carry its name.
 [[noreturn]] void rethrow_named(const Error& error, std::string_view name) {
     const std::int32_t number = error.number();
@@ -111,53 +116,107 @@ void Machine::State::set(Frame& frame, const Instruction& instruction) {
 
 // --- Members ---------------------------------------------------------------------------------------
 
-Variant Machine::State::invoke(Frame& frame, Operand target, Access access, const Operand* site,
-                               Arguments arguments) {
+namespace {
+
+// The object before the dot; the temporary that held it lets go.
+Ref<Object> holder_of(const Frame& frame, Operand target) {
     const Variant& holder = frame[target];
     if (!holder.is_object() || !holder.object())
         raise_named(kErrorObjectRequired, name_of(frame, target));
-    const Ref<Object> object(holder.object()); // the variable may be assigned to meanwhile
+    Ref<Object> object(holder.object()); // the variable may be assigned to meanwhile
     empty_temporary(frame, target);
-    const std::string& name = frame.unit->program->members[site[0].number()];
+    return object;
+}
+
+} // namespace
+
+const MemberCache& Machine::State::find_member(Frame& frame, Object& object, const Operand* site) {
     MemberCache& cache = frame.unit->caches[site[1].number()];
-    const void* key = object->dispatch_key();
+    const void* key = object.dispatch_key();
     if (cache.key != key) {
-        cache.member = object->find(name);
+        cache.member = object.find(member_name(frame, site));
+        cache.of_script = dynamic_cast<Instance*>(&object) != nullptr;
         cache.key = key;
     }
     if (cache.member < 0)
-        raise_named(kErrorNoMember, name);
+        raise_named(kErrorNoMember, member_name(frame, site));
+    return cache;
+}
+
+// The object, when its methods run in frames of this machine.
+Instance* Machine::State::own_instance(const MemberCache& found, Object& object) const noexcept {
+    if (!found.of_script)
+        return nullptr;
+    Instance& instance = static_cast<Instance&>(object);
+    return instance.belongs_to(*this) ? &instance : nullptr;
+}
+
+Variant Machine::State::invoke(Frame& frame, Object& object, int member, Access access, const Operand* site,
+                               Arguments arguments) {
+    const HeldValues held(slots_, arguments);
     try {
-        return object->invoke(cache.member, access, arguments);
+        return object.invoke(member, access, arguments);
     } catch (const ScriptError&) {
         throw;
     } catch (const Error& error) {
-        rethrow_named(error, name);
+        rethrow_named(error, member_name(frame, site));
     }
 }
 
-void Machine::State::get_member(Frame& frame, const Instruction& instruction) {
+bool Machine::State::get_member(Frame& frame, const Instruction& instruction) {
     const Operand* const site = frame.list(instruction.c);
     const Operand* const list = site + 2;
+    const Ref<Object> object = holder_of(frame, instruction.b);
+    const MemberCache found = find_member(frame, *object, site);
     Variant result;
-    {
+    Instance* const own = own_instance(found, *object);
+    const std::int32_t field =
+        own ? own->declared().members[static_cast<std::size_t>(found.member)].field : -1;
+    if (own && field < 0) {
+        call_procedure(frame, own->unit(), own->procedure(found.member, Access::Get), instruction.a, list,
+                       instruction.count, own);
+        return true;
+    }
+    if (own && instruction.count == 0) {
+        result = own->fields()[field];
+    } else {
         const CallArguments arguments(references_, slots_, frame, list, instruction.count);
-        result = invoke(frame, instruction.b, Access::Get, site, arguments.span());
+        result = invoke(frame, *object, found.member, Access::Get, site, arguments.span());
     }
     if (!(instruction.flags & Instruction::kKeepArguments))
         empty_temporaries(frame, list, instruction.count);
     if (instruction.a.exists())
         frame[instruction.a] = std::move(result);
+    return false;
 }
 
-void Machine::State::store_member(Frame& frame, const Instruction& instruction) {
+bool Machine::State::store_member(Frame& frame, const Instruction& instruction) {
     const Operand* const site = frame.list(instruction.c);
+    const Operand* const list = site + 2;
     const bool by_reference = (instruction.flags & Instruction::kByReference) != 0;
+    const Access access = by_reference ? Access::Set : Access::Let;
     Variant value = assigned(frame, instruction.a, by_reference);
     empty_temporary(frame, instruction.a);
-    const CallArguments arguments(references_, slots_, frame, site + 2, instruction.count, &value);
-    invoke(frame, instruction.b, by_reference ? Access::Set : Access::Let, site, arguments.span());
-    empty_temporaries(frame, site + 2, instruction.count);
+    const Ref<Object> object = holder_of(frame, instruction.b);
+    const MemberCache found = find_member(frame, *object, site);
+    Instance* const own = own_instance(found, *object);
+    const std::int32_t field =
+        own ? own->declared().members[static_cast<std::size_t>(found.member)].field : -1;
+    if (own && field < 0) {
+        call_procedure(frame, own->unit(), own->procedure(found.member, access), {}, list, instruction.count,
+                       own, &value);
+        return true;
+    }
+    if (own && instruction.count == 0) {
+        own->fields()[field] = std::move(value);
+        return false;
+    }
+    {
+        const CallArguments arguments(references_, slots_, frame, list, instruction.count, &value);
+        invoke(frame, *object, found.member, access, site, arguments.span());
+    }
+    empty_temporaries(frame, list, instruction.count);
+    return false;
 }
 
 // --- Elements --------------------------------------------------------------------------------------

@@ -18,6 +18,7 @@
 namespace tabrixdb::vbscript {
 
 struct LoadedUnit;
+class Instance;
 
 // What a global name of a machine is. Its address never changes.
 struct Global {
@@ -27,6 +28,7 @@ struct Global {
         Constant,
         Object, // of the host
         Procedure,
+        Class,
         Member, // of the object that is the value
         Library,
         CreateObject, // the functions that need the machine itself
@@ -41,6 +43,7 @@ struct Global {
     Variant value;
     LoadedUnit* unit = nullptr;
     const Procedure* procedure = nullptr;
+    const Class* declared = nullptr;
     const LibraryFunction* library = nullptr;
     int member = -1;
 };
@@ -55,6 +58,7 @@ struct Link {
 struct MemberCache {
     const void* key = nullptr;
     int member = -1;
+    bool of_script = false; // the object is an Instance
 };
 
 // A program as this machine holds it.
@@ -62,7 +66,8 @@ struct LoadedUnit {
     std::shared_ptr<const Program> program;
     std::vector<Link> links;
     std::vector<MemberCache> caches;
-    std::deque<Global> borrowed; // of Eval: stands for the caller's locals
+    std::vector<const void*> class_keys; // Object::dispatch_key of their objects
+    std::deque<Global> borrowed;         // of Eval: stands for the caller's locals
 };
 
 // A procedure at work.
@@ -71,6 +76,8 @@ struct Frame {
     const Procedure* procedure = nullptr;
     Variant* slots = nullptr;
     Variant** references = nullptr;
+    Variant* fields = nullptr; // of a method's object, which is in its first slot
+    std::uint32_t slot_count = 0;
     const Instruction* at = nullptr; // being carried out
     Operand result;                  // in the caller's frame
     bool resume_next = false;
@@ -82,6 +89,8 @@ struct Frame {
         switch (operand.kind()) {
         case Operand::Kind::Reference:
             return *references[operand.index()];
+        case Operand::Kind::Field:
+            return fields[operand.index()];
         case Operand::Kind::Global:
             return *unit->links[operand.index()].value;
         case Operand::Kind::Constant: // read only: whoever writes has an operand of another kind
@@ -113,7 +122,21 @@ public:
     Variant eval(std::string_view expression);
     void add_object(std::string_view name, Ref<Object> object, bool members);
 
+    bool is_running() const noexcept { return !frames_.empty(); }
+
+    // --- For the objects of its classes
+    void enlist(Instance& instance) noexcept;
+    void dismiss(Instance& instance) noexcept;
+    // Runs Class_Terminate when the instruction at work is done.
+    void terminate_later(Ref<Instance> instance);
+    Variant call_method(Instance& instance, const Procedure& procedure, Arguments arguments);
+    // Lets go of all names, and of what the objects that are left hold.
+    void close() noexcept;
+
 private:
+    // What a global name takes in memory, about: pages may make them without end.
+    static constexpr std::size_t kBytesOfName = 200;
+
     // --- Names and units
     Global& global(std::string_view name);
     void resolve(Global& global, std::string_view name);
@@ -125,10 +148,13 @@ private:
 
     // --- Running
     // Runs one procedure from C++; nullopt when the run was stopped.
-    std::optional<Variant> execute(LoadedUnit& unit, const Procedure& procedure, Arguments arguments);
+    std::optional<Variant> execute(LoadedUnit& unit, const Procedure& procedure, Arguments arguments,
+                                   Instance* me = nullptr);
     bool run_frames(std::size_t base);
     bool interpret(std::size_t base);
-    void push_frame(LoadedUnit& unit, const Procedure& procedure, Operand result);
+    // `copies`: more slots behind the procedure's own.
+    Frame& push_frame(LoadedUnit& unit, const Procedure& procedure, Operand result, Instance* me,
+                      std::size_t copies = 0);
     void pop_frame();
     void return_from_frame();
     void unwind(std::size_t base);
@@ -143,8 +169,14 @@ private:
     bool call_name(Frame& frame, const Instruction& instruction);
     bool call_link(Frame& frame, const Instruction& instruction, Operand result, const Operand* list,
                    std::size_t count, Operand local);
-    void call_procedure(Frame& frame, const Global& global, Operand result, const Operand* list,
-                        std::size_t count);
+    // `value`: assigned to a property, its last argument.
+    void call_procedure(Frame& frame, LoadedUnit& unit, const Procedure& procedure, Operand result,
+                        const Operand* list, std::size_t count, Instance* me = nullptr,
+                        Variant* value = nullptr);
+    void call_own_method(Frame& frame, const Instruction& instruction);
+    bool new_object(Frame& frame, const Instruction& instruction);
+    void run_terminations();
+    void release_instances() noexcept;
     Variant call_global_member(Frame& frame, const Global& global, const Operand* list, std::size_t count,
                                const std::string& name);
     Variant call_library(Frame& frame, const LibraryFunction& function, const Operand* list,
@@ -154,9 +186,12 @@ private:
                                       std::int32_t otherwise) const;
 
     // --- Members and elements
-    void get_member(Frame& frame, const Instruction& instruction);
-    void store_member(Frame& frame, const Instruction& instruction);
-    Variant invoke(Frame& frame, Operand target, Access access, const Operand* site, Arguments arguments);
+    bool get_member(Frame& frame, const Instruction& instruction);
+    bool store_member(Frame& frame, const Instruction& instruction);
+    const MemberCache& find_member(Frame& frame, Object& object, const Operand* site);
+    Instance* own_instance(const MemberCache& found, Object& object) const noexcept;
+    Variant invoke(Frame& frame, Object& object, int member, Access access, const Operand* site,
+                   Arguments arguments);
     void index(Frame& frame, const Instruction& instruction);
     Variant element(Frame& frame, const Variant& holder, const Operand* list, std::size_t count,
                     const std::string& name);
@@ -188,11 +223,17 @@ private:
     std::unordered_map<std::string, std::shared_ptr<const Program>> expressions_; // by their text
     std::vector<Ref<Object>> member_holders_;                                     // see add_object
     std::deque<Frame> frames_;                                                    // a Frame stays where it is
+    Instance* instances_ = nullptr;                                               // all that live, linked
+    std::deque<Ref<Instance>> dying_;
+    std::vector<Global*> names_in_order_;
     ChunkStack<Variant> slots_;
     ChunkStack<Variant*> references_;
     Variant returned_;
     std::string scratch_; // text being joined
 };
+
+// Keys for the objects of so many classes, as no other class has them or had them.
+std::vector<const void*> new_class_keys(std::size_t count);
 
 // An error with the name that it is about, as messages show it.
 Error named_error(std::int32_t number, std::string_view name);

@@ -37,13 +37,15 @@ void Parser::declaration() {
     }
     switch (current_.kind) {
     case TokenKind::Sub:
-        return procedure(false);
+        return procedure(ProcedureKind::Sub);
     case TokenKind::Function:
-        return procedure(true);
+        return procedure(ProcedureKind::Function);
     case TokenKind::Const:
         return constants();
     case TokenKind::Class:
-        raise_compile_error(source_, current_.place, 1002, "Class is not supported");
+        if (has_access)
+            fail(1010);
+        return class_declaration();
     default:
         if (!has_access)
             take(); // Dim
@@ -69,7 +71,7 @@ void Parser::check_new_name(const Token& name) const {
                     return equal_ignore_case(parameter.name, name.text);
                 });
     } else {
-        taken = taken || unit_.procedure_index.contains(name.text);
+        taken = taken || unit_.procedure_index.contains(name.text) || unit_.class_index.contains(name.text);
     }
     if (taken)
         fail_at(name.place, 1041);
@@ -148,15 +150,23 @@ Variant Parser::constant_value() {
     return negative ? negate(value) : value;
 }
 
-void Parser::procedure(bool is_function) {
+void Parser::procedure(ProcedureKind kind) {
     if (procedure_ || nesting_ > kUnitLevel)
         fail(1002);
+    ProcedureDeclaration declared = procedure_declaration(kind);
+    unit_.procedure_index.insert_or_assign(declared.name, unit_.procedures.size());
+    unit_.procedures.push_back(std::move(declared));
+}
+
+// From the word Sub, Function, Get, Let or Set to the end.
+ProcedureDeclaration Parser::procedure_declaration(ProcedureKind kind) {
     ProcedureDeclaration declared;
-    declared.is_function = is_function;
+    declared.kind = kind;
     declared.place = take().place;
     const Token name = expect_name();
     declared.name = name.text;
-    if (unit_.scope.variable_index.contains(name.text) || unit_.scope.constants.contains(name.text))
+    if (!class_ && (unit_.scope.variable_index.contains(name.text) ||
+                    unit_.scope.constants.contains(name.text) || unit_.class_index.contains(name.text)))
         fail_at(name.place, 1041);
     procedure_ = &declared;
     const Inside outer = std::exchange(inside_, Inside());
@@ -165,12 +175,10 @@ void Parser::procedure(bool is_function) {
     end_of_statement();
     declared.body = block();
     declared.end = current_.place;
-    expect(TokenKind::EndWord, 1014);
-    expect(is_function ? TokenKind::Function : TokenKind::Sub, is_function ? 1015 : 1016);
+    expect_end_of(kind);
     inside_ = outer;
     procedure_ = nullptr;
-    unit_.procedure_index.insert_or_assign(declared.name, unit_.procedures.size());
-    unit_.procedures.push_back(std::move(declared));
+    return declared;
 }
 
 void Parser::parameters(ProcedureDeclaration& procedure) {

@@ -155,6 +155,12 @@ const Expression* Parser::name_expression() {
     return node;
 }
 
+const Expression* Parser::me_expression() {
+    if (!class_)
+        fail(1037);
+    return make_expression(Expression::Kind::Me, take().place);
+}
+
 const Expression* Parser::primary() {
     switch (current_.kind) {
     case TokenKind::Value:
@@ -186,7 +192,7 @@ const Expression* Parser::primary() {
         return node;
     }
     case TokenKind::Me:
-        fail(1037);
+        return postfix(me_expression());
     default:
         fail(current_.ends_statement() ? 1023 : 1002);
     }

@@ -104,6 +104,17 @@ void Parser::expect_end(TokenKind what, std::int32_t error) {
     expect(what, error);
 }
 
+void Parser::expect_end_of(ProcedureKind kind) {
+    if (kind == ProcedureKind::Sub)
+        return expect_end(TokenKind::Sub, 1016);
+    if (kind == ProcedureKind::Function)
+        return expect_end(TokenKind::Function, 1015);
+    expect(TokenKind::EndWord, 1014);
+    if (!at_word("property"))
+        fail(1050);
+    take();
+}
+
 bool Parser::at_word(std::string_view word) const {
     return at(TokenKind::Name) && !current_.bracketed && equal_ignore_case(current_.text, word);
 }
@@ -204,7 +215,9 @@ const Statement* Parser::statement() {
         take();
         return nullptr;
     case TokenKind::Me:
-        fail(1037);
+        if (!class_)
+            fail(1037);
+        return call_or_assignment();
     default:
         fail(1024);
     }
@@ -228,7 +241,9 @@ const Statement* Parser::write_value() {
 // `S (x)`, `S (x) & y`, `S (x), y`, `a(x) = y`.
 const Statement* Parser::call_or_assignment() {
     const Place place = current_.place;
-    const Expression* chain = at(TokenKind::Dot) ? member_after(nullptr) : name_expression();
+    const Expression* chain = at(TokenKind::Dot)  ? member_after(nullptr)
+                              : at(TokenKind::Me) ? me_expression()
+                                                  : name_expression();
     for (;;) {
         // In a With block ` .name` after a blank begins an argument: `Add .Name, 1`.
         if (at(TokenKind::Dot) && !(current_.after_blank && inside_.withs > 0))
@@ -238,6 +253,8 @@ const Statement* Parser::call_or_assignment() {
         else
             break;
     }
+    if (chain->kind == Expression::Kind::Me)
+        fail_at(place, 1037);
     if (at(TokenKind::Equal))
         return assignment(chain, place, false);
     if (chain->kind == Expression::Kind::Call)
@@ -275,9 +292,11 @@ const Statement* Parser::call_of(const Expression* callee, std::vector<const Exp
 
 const Statement* Parser::call_statement() {
     const Place place = take().place;
-    if (!at(TokenKind::Name) && !at(TokenKind::Dot))
+    if (!at(TokenKind::Name) && !at(TokenKind::Dot) && !at(TokenKind::Me))
         fail(1010);
     const Expression* call = primary();
+    if (call->kind == Expression::Kind::Me)
+        fail_at(place, 1037);
     if (call->kind != Expression::Kind::Call)
         return call_of(call, {}, place);
     auto* statement = unit_.make<CallStatement>(Statement::Kind::Call, place);
@@ -296,9 +315,12 @@ const Statement* Parser::assignment(const Expression* target, Place place, bool 
 
 const Statement* Parser::set_statement() {
     const Place place = take().place;
-    if (!at(TokenKind::Name) && !at(TokenKind::Dot))
+    if (!at(TokenKind::Name) && !at(TokenKind::Dot) && !at(TokenKind::Me))
         fail(1010);
-    return assignment(primary(), place, true);
+    const Expression* target = primary();
+    if (target->kind == Expression::Kind::Me)
+        fail_at(target->place, 1037);
+    return assignment(target, place, true);
 }
 
 // --- Branches --------------------------------------------------------------------------------------
@@ -480,7 +502,11 @@ const Statement* Parser::exit_statement() {
         valid = inside_.for_loops > 0;
         statement->what = ExitKind::For;
     } else if (at(TokenKind::Sub) || at(TokenKind::Function)) {
-        valid = procedure_ && procedure_->is_function == at(TokenKind::Function);
+        const ProcedureKind kind = at(TokenKind::Sub) ? ProcedureKind::Sub : ProcedureKind::Function;
+        valid = procedure_ && procedure_->kind == kind;
+        statement->what = ExitKind::Procedure;
+    } else if (at_word("property")) {
+        valid = procedure_ && procedure_->is_property();
         statement->what = ExitKind::Procedure;
     }
     if (!valid)

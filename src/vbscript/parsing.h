@@ -9,7 +9,7 @@
 namespace tabrixdb::vbscript {
 
 // The recursive descent behind parser.h, one token ahead. Expressions are in parse_expressions.cpp,
-// statements in parse_statements.cpp, declarations in parse_declarations.cpp.
+// statements in parse_statements.cpp, declarations in parse_declarations.cpp, classes in parse_classes.cpp.
 class Parser {
 public:
     // How deep brackets, blocks and operands may nest. Everything that walks the tree recurses as deep,
@@ -38,6 +38,7 @@ private:
     const Expression* binary(Operator operation, const Expression* left, const Expression* right,
                              Place place);
     const Expression* name_expression();
+    const Expression* me_expression();
     const Expression* literal_expression(Variant value);
     // Arguments up to a closing bracket or, without brackets, the end of the statement; `first` was read
     // already when it is not null.
@@ -79,7 +80,15 @@ private:
     void variables();
     void constants();
     Variant constant_value();
-    void procedure(bool is_function);
+    void procedure(ProcedureKind kind);
+    ProcedureDeclaration procedure_declaration(ProcedureKind kind);
+    void class_declaration();
+    void class_member();
+    void class_variables(bool is_private);
+    void class_procedure(bool is_private, bool is_default);
+    ProcedureKind class_procedure_kind();
+    ClassMember& new_member(std::string_view name, Place place, bool is_private);
+    void check_properties() const;
     void parameters(ProcedureDeclaration& procedure);
     void check_new_name(const Token& name) const;
     std::vector<std::int32_t> fixed_bounds();
@@ -90,6 +99,7 @@ private:
     void expect(TokenKind kind, std::int32_t error);
     Token expect_name();
     void expect_end(TokenKind what, std::int32_t error); // `End What`
+    void expect_end_of(ProcedureKind kind);
     void end_of_statement();
     void skip_line_breaks();
 
@@ -132,6 +142,7 @@ private:
     bool on_one_line_ = false; // in an If that ends with its line
     Inside inside_;
     ProcedureDeclaration* procedure_ = nullptr;
+    ClassDeclaration* class_ = nullptr;
     bool any_statement_ = false;
 };
 

@@ -4,6 +4,11 @@
 
 namespace tabrixdb::vbscript {
 
+std::int32_t Class::find(std::string_view member) const noexcept {
+    const auto found = index.find(member);
+    return found == index.end() ? -1 : found->second;
+}
+
 Place Program::place_of(std::uint32_t code_index) const noexcept {
     const auto after = std::ranges::upper_bound(marks, code_index, {}, &Mark::code);
     return after == marks.begin() ? Place() : std::prev(after)->place;

@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace tabrixdb::vbscript {
@@ -21,6 +22,7 @@ public:
         Local,     // a slot of the frame that belongs to a name
         Temporary, // a slot of the frame that holds a value between two instructions
         Reference, // a slot of the frame that points to a variable (ByRef parameters)
+        Field,     // a variable of the object whose method runs
         Global,    // by the unit's links
         Constant,
         None,
@@ -101,6 +103,8 @@ enum class OpCode : std::uint8_t {
     BindArgument, // as BindName, but what is no variable is evaluated into the slot `count`;
                   // kOnlyVariables: that slot stays empty then
     CallName,     // a = link b (list); the local for what is undefined stands before the list
+    CallMethod,   // a = procedure b of the own class (list)
+    New,          // a = a new object of the class of link b
     Index,        // a = b(list)
     GetMember,    // a = b.name(list); name and cache stand before the list
     StoreMember,  // b.name(list) = a; likewise. kByReference: Set
@@ -155,6 +159,8 @@ struct Mark {
     bool is_statement;
 };
 
+struct Class;
+
 struct Procedure {
     struct Parameter {
         bool by_value;
@@ -169,13 +175,44 @@ struct Procedure {
     };
 
     std::string name;
-    bool is_function = false;
+    const Class* owner = nullptr; // a method's: it has Me in its first slot
     std::vector<Parameter> parameters;
     std::vector<Named> names;
     std::uint32_t first = 0; // of its code
     std::uint32_t slots = 0;
     std::uint32_t references = 0;
     Operand result; // None for a Sub
+};
+
+// A class that a script declares.
+struct Class {
+    // A variable of its objects, a method, or a property. A member's index is its handle.
+    struct Member {
+        std::string name;
+        bool is_private = false;
+        std::int32_t field = -1; // index into fields
+        // Indexes into Program::procedures, -1 without one. A method has `get` only; the value that is
+        // assigned is the last argument of `let` and `set`.
+        std::int32_t get = -1;
+        std::int32_t let = -1;
+        std::int32_t set = -1;
+    };
+
+    struct Field {
+        bool is_array = false;
+        std::vector<std::int32_t> bounds; // none: dynamic
+    };
+
+    // -1 when it has none.
+    std::int32_t find(std::string_view member) const noexcept;
+
+    std::string name;
+    std::vector<Member> members;
+    std::unordered_map<std::string, std::int32_t, IgnoreCaseHash, IgnoreCaseEqual> index;
+    std::vector<Field> fields;
+    std::int32_t default_member = -1;
+    std::int32_t initialize = -1; // procedures
+    std::int32_t terminate = -1;
 };
 
 // A compiled unit. Immutable once built: what a run changes is in the Machine.
@@ -187,13 +224,14 @@ public:
         Implicit, // assigned at global level without a declaration
         Constant,
         Procedure,
+        Class,
     };
 
     // A global name that the unit uses or declares.
     struct Link {
         std::string name;
         Declared declared = Declared::No;
-        std::uint32_t index = 0; // of the constant or procedure
+        std::uint32_t index = 0; // of the constant, procedure or class
     };
 
     Source source;
@@ -204,6 +242,7 @@ public:
     std::vector<Link> links;
     std::vector<std::string> members; // names after a dot
     std::vector<Procedure> procedures;
+    std::vector<Class> classes;
     std::vector<Mark> marks; // by code
     Procedure main;          // the global statements
     std::uint32_t caches = 0;

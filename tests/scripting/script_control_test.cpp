@@ -70,13 +70,27 @@ TEST(ScriptControl, limits_calls_inside_each_other) {
 }
 
 TEST(ScriptControl, lives_as_long_as_its_script_runs) {
-    auto control = make_ref<ScriptControl>();
     const auto holder = make_ref<ScriptControl>();
-    get(*holder, "AddObject", {Variant("held"), Variant(control)});
-    get(*control, "AddObject", {Variant("holder"), Variant(holder)});
-    ScriptControl& only_held = *control;
-    control = {};
-    execute(only_held, "holder.Reset : x = 1");
+    Ref<Object> object;
+    {
+        const auto control = make_ref<ScriptControl>();
+        get(*holder, "AddObject", {Variant("held"), Variant(control)});
+        execute(*control, "Class C\nPublic Sub LetGo(holder) : holder.Reset : x = 1 : End Sub\nEnd Class");
+        object = Ref<Object>(control->eval("New C").object());
+    }
+    get(*object, "LetGo", {Variant(holder)});
+    EXPECT_EQ(error_of([&] { get(*object, "LetGo", {Variant(holder)}); }), 440);
+}
+
+// An object of the control's script is the page's to call: it ends with the page, too.
+TEST(ScriptControl, objects_end_with_the_page) {
+    Interrupt page(Interrupt::Clock::now());
+    const Interrupt::Scope scope(page);
+    const auto control = make_ref<ScriptControl>();
+    execute(*control, "Class C\nPublic Sub Forever : Do : Loop : End Sub\nEnd Class");
+    const Ref<Object> object(control->eval("New C").object());
+    get(*object, "Forever");
+    EXPECT_EQ(page.reason(), Interrupt::Reason::TimedOut);
 }
 
 } // namespace

@@ -136,6 +136,40 @@ TEST_F(MachineTest, a_host_calls_procedures) {
               "test.vbs 11 2:13 <Sub Fails : x = 1 / 0 : End Sub> TabrixDb VBScript runtime error");
 }
 
+TEST_F(MachineTest, objects_outlive_their_machine_without_its_script) {
+    Ref<Object> kept;
+    {
+        Machine other(environment, interrupt);
+        other.run(compile(source_of(
+            "Class C\nPublic Me2, Name\nSub Class_Terminate : Print \"end \" & Name : End Sub\nEnd Class\n"
+            "Set a = New C : a.Name = \"kept\" : Set a.Me2 = a\nSet b = New C : Set b.Me2 = b : b.Name = "
+            "\"cycle\"\n"
+            "Set d = New C : d.Name = \"last\" : Set b = Nothing")));
+        kept = Ref<Object>(other.eval("a").object());
+        EXPECT_EQ(to_text(get(*kept, "Name")).view(), "kept");
+    }
+    EXPECT_EQ(environment.out, "end last\n"); // objects in cycles end without a word
+    EXPECT_THROW(get(*kept, "Name"), Error);
+}
+
+// A list is taken apart node by node, not one inside the other.
+TEST_F(MachineTest, long_chains_of_objects_end) {
+    run("Class Node\nPublic Following\nSub Class_Terminate : ended = ended + 1 : End Sub\nEnd Class\nDim "
+        "ended, i, n\n"
+        "For i = 1 To 20000\nSet n = New Node\nIf i > 1 Then Set n.Following = first\nSet first = n\nNext\n"
+        "Set n = Nothing : Set first = Nothing\nPrint ended");
+    EXPECT_EQ(environment.out, "20000\n");
+}
+
+TEST_F(MachineTest, a_default_member_may_change_what_is_being_read) {
+    run("Class Evil\nPublic Default Property Get Value\ns = \"gone\" : Erase list : Value = 2\nEnd Property\n"
+        "End Class\nDim list(), e\nSet e = New Evil : s = String(50, \"x\") : ReDim list(1)\n"
+        "list(0) = String(50, \"a\") : list(1) = \"b\"\nPrint Mid(s, e, 2) & s & UBound(Split(Join(Array(1, "
+        "2), e), e))\n"
+        "ReDim list(1) : list(0) = String(50, \"a\") : list(1) = \"b\" : Print Len(Join(list, e))");
+    EXPECT_EQ(environment.out, "xxgone2\n52\n");
+}
+
 // What nests without end is refused; what is only long is not.
 TEST_F(MachineTest, nesting_is_limited) {
     const auto repeated = [](std::string_view text, int times) {
