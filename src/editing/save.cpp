@@ -2,6 +2,7 @@
 
 #include "automation/conversions.h"
 #include "automation/text.h"
+#include "blob/copy.h"
 #include "editing/refusal.h"
 #include "engine/report.h"
 
@@ -81,6 +82,20 @@ std::string meant_value(const Edit& edit, const PostedForm& form, const platform
     return posted;
 }
 
+// Gives a field the file that an upload has left under that name.
+void take_upload(const Edit& edit, const DbField& field, const std::string& file) {
+    try {
+        // A name from outside must not lead out of the folder.
+        if (file.find_first_of("/\\:") != std::string::npos || file.starts_with('.'))
+            throw Error(53);
+        copy_file_to_field(records_of(edit), field.name, server().map_path("/TabrixDb/temp/" + file));
+    } catch (const Error&) {
+        if (!edit.shown.is_posted())
+            throw;
+        throw bad_value(field, "The file \"" + file + "\" was not received; choose it once more.");
+    }
+}
+
 // Assigns what was posted for a row to the current record. False when an empty value was reported.
 bool assign_values(const Edit& edit, const PostedForm& form, std::int16_t row, std::string_view label) {
     const auto& columns = records_of(edit).columns();
@@ -89,8 +104,10 @@ bool assign_values(const Edit& edit, const PostedForm& form, std::int16_t row, s
         if (!posted || (form.mode() == FormMode::Edit && form.is_unchanged(i, *posted)))
             continue;
         const DbField& field = edit.source.field_of(columns[i].name);
-        if (is_database_upload(field.view_kind(form.mode())))
+        if (is_database_upload(field.view_kind(form.mode()))) {
+            take_upload(edit, field, *posted);
             continue;
+        }
         const std::string value = meant_value(edit, form, columns[i], field, std::move(*posted));
         if (value.empty() && !field.can_be_null) {
             const std::string message = "The Field " + html_encode(field.name) + " Cannot be Zero Length.";
