@@ -6,6 +6,7 @@
 #include "asp/classes.h"
 #include "asp/code_page.h"
 #include "automation/locale.h"
+#include "mail/new_mail.h"
 #include "scripting/script_control.h"
 #include "vbscript/library.h"
 
@@ -194,7 +195,26 @@ Ref<platform::ScriptControl> Page::create_script_control() {
     return make_ref<scripting::ScriptControl>();
 }
 
+void Page::send_mail(const platform::Mail& mail) {
+    const auto message = make_ref<mail::NewMail>(site_.post_office);
+    message->from = mail.from;
+    message->to = mail.to;
+    message->subject = mail.subject;
+    message->body = mail.body;
+    message->body_format = message->mail_format = mail.html ? 0 : 1;
+    message->post();
+}
+
+bool Page::may_mail_error() {
+    const bool admitted = site_.post_office.admit_error();
+    if (!admitted)
+        site_.log("An error was not mailed: there were too many within an hour.");
+    return admitted;
+}
+
 Ref<Object> Page::create_object(std::string_view program_id) {
+    if (equal_ignore_case(program_id, mail::NewMail::kProgramId))
+        return make_ref<mail::NewMail>(site_.post_office);
     Ref<Object> object = create_known_class(program_id);
     if (!object)
         throw Error(kErrorCannotCreate);

@@ -5,6 +5,7 @@
 #include "asp/page_cache.h"
 #include "asp/session_store.h"
 #include "asp/site_paths.h"
+#include "mail/post_office.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -20,6 +21,7 @@ struct PageSettings {
     std::int32_t script_seconds = 90;
     std::size_t recursion = 256;
     std::int32_t session_minutes = 20;
+    mail::Settings mail;
 
     static constexpr std::uint32_t kUtf8Default = 65001;
 };
@@ -34,6 +36,7 @@ public:
         : settings(page_settings),
           log(std::move(log_line)),
           paths(root),
+          post_office(settings.mail, paths.root()),
           files(paths, settings.code_page),
           pages(paths, settings.code_page),
           sessions(settings.session_minutes) {}
@@ -41,6 +44,7 @@ public:
     const PageSettings settings;
     const std::function<void(std::string_view)> log;
     const SitePaths paths;
+    mail::PostOffice post_office;
     SiteFiles files;
     PageCache pages;
     ApplicationState application;

@@ -29,6 +29,10 @@ void FileSystem::make_folder(std::string_view) {
 
 void FileSystem::delete_old(std::string_view, std::string_view, std::chrono::seconds) {}
 
+void Host::send_mail(const Mail&) {
+    throw Error(kErrorCannotCreate);
+}
+
 std::string Host::bytes_of_text(std::string_view text) {
     return std::string(text);
 }

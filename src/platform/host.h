@@ -63,6 +63,12 @@ public:
     virtual Variant eval(std::string_view expression) = 0;
 };
 
+// A message as the engine sends it.
+struct Mail {
+    std::string from, to, subject, body;
+    bool html = false;
+};
+
 // The intrinsic objects of the page that runs on this thread.
 struct PageObjects {
     Ref<Response> response;
@@ -82,6 +88,14 @@ public:
     virtual Ref<Recordset> create_recordset() = 0;
     virtual Ref<ScriptControl> create_script_control() = 0;
     virtual FileSystem& file_system() = 0;
+    // Sends a message through the host's mail object (CDONTS.NewMail). Error 429 when it has none; its own
+    // errors.
+    virtual void send_mail(const Mail& mail);
+
+    // Whether one more mail about an error may be sent now, so that a broken page can't flood the
+    // administrator.
+    virtual bool may_mail_error() { return true; }
+
     // Text as bytes of the system's code page, one byte a character ("?" for one that it does not have), and
     // bytes as text. Every byte survives both ways.
     virtual std::string bytes_of_text(std::string_view text);

@@ -158,10 +158,24 @@ Settings read(const toml::table& file, const std::string& name) {
         throw SettingsError(name + ": site.code_page " + std::to_string(settings.pages.code_page) +
                             " is not known.");
 
+    mail::SmtpServer& smtp = settings.pages.mail.server;
+    Section mail(file.get("mail"), "mail", name);
+    mail.text("pickup", settings.pages.mail.pickup);
+    mail.text("server", smtp.address);
+    mail.text("user", smtp.user);
+    mail.text("password", smtp.password);
+    mail.boolean("require_tls", smtp.require_tls);
+    mail.text("ca_file", smtp.ca_file);
+    mail.number("errors_per_hour", settings.pages.mail.errors_per_hour, 0, 100'000);
+    mail.finish();
+    if (!smtp.address.empty() && !smtp.address.starts_with("smtp://") &&
+        !smtp.address.starts_with("smtps://"))
+        throw SettingsError(name + ": mail.server begins with smtp:// or smtps://.");
+
     read_databases(file, name, settings);
     for (const auto& [key, node] : file) {
-        constexpr std::string_view kSections[] = {"server",   "limits", "session",
-                                                  "security", "site",   "database"};
+        constexpr std::string_view kSections[] = {"server", "limits", "session", "security",
+                                                  "site",   "mail",   "database"};
         if (std::ranges::find(kSections, key.str()) == std::end(kSections))
             throw SettingsError(name + ", line " + std::to_string(node.source().begin.line) + ": " +
                                 std::string(key.str()) + " is no setting.");

@@ -6,11 +6,13 @@
 
 namespace tabrixdb {
 
-std::string page_address(platform::Request& request, bool with_query) {
+std::string site_address(platform::Request& request) {
     const bool secure = upper(request.server_variable("HTTPS")) == "ON";
-    std::string address = secure ? "https://" : "http://";
-    address += request.value("HTTP_HOST");
-    address += request.value("URL");
+    return (secure ? "https://" : "http://") + request.value("HTTP_HOST");
+}
+
+std::string page_address(platform::Request& request, bool with_query) {
+    std::string address = site_address(request) + request.value("URL");
     if (with_query) {
         if (const std::string query = request.query_string(); !query.empty())
             address += "?" + query;

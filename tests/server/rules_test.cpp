@@ -113,6 +113,10 @@ default_pages = ["x.asp"]
 code_page = 1252
 [session]
 minutes = 3
+[mail]
+server = "smtps://m.example"
+require_tls = false
+errors_per_hour = 0
 [[database]]
 file = "a.db"
 script = "a.sql"
@@ -127,6 +131,9 @@ script = "b.sql"
     EXPECT_EQ(settings.pages.script_seconds, 5);
     EXPECT_EQ(settings.pages.code_page, 1252U);
     EXPECT_EQ(settings.pages.session_minutes, 3);
+    EXPECT_EQ(settings.pages.mail.server.address, "smtps://m.example");
+    EXPECT_FALSE(settings.pages.mail.server.require_tls);
+    EXPECT_EQ(settings.pages.mail.errors_per_hour, 0U);
     EXPECT_FALSE(settings.same_origin_posts);
     EXPECT_EQ(settings.allowed_origins, std::vector<std::string>{"https://a"});
     EXPECT_EQ(settings.default_pages, std::vector<std::string>{"x.asp"});
@@ -149,6 +156,7 @@ TEST(Settings, RefusesWhatItDoesNotKnowByNameAndLine) {
         {"[security]\nsame_origin_posts = 1", "t, line 2: security.same_origin_posts is true or false."},
         {"[site]\ndefault_pages = \"a\"", "t, line 2: site.default_pages is a list of texts."},
         {"[site]\ncode_page = 7", "t: site.code_page 7 is not known."},
+        {"[mail]\nserver = \"m.example\"", "t: mail.server begins with smtp:// or smtps://."},
         {"[database]\nfile = \"a\"", "t, line 1: a database stands in a table of its own, [[database]]."},
         {"[[database]]\nfile = \"a\"", "t, line 1: database has a file and a script."},
     };

@@ -20,14 +20,13 @@ const std::vector<std::string> kOrder = {"automation", "platform", "web",     "e
 // What a folder may not include although it stands before it.
 const std::vector<std::pair<std::string, std::string>> kForbidden = {
     {"vbscript", "platform"}, {"vbscript", "engine"}, {"vbscript", "classes"}, {"ado", "vbscript"},
-    {"ado", "engine"},        {"ado", "classes"},     {"scripting", "ado"},    {"scripting", "engine"}};
+    {"ado", "engine"},        {"ado", "classes"},     {"scripting", "ado"},    {"scripting", "engine"},
+    {"mail", "ado"},          {"mail", "vbscript"},   {"mail", "engine"},      {"mail", "scripting"}};
 
 // Headers of the outside world that have one room each.
-const std::vector<std::pair<std::string, std::string>> kOnlyIn = {{"windows.h", "com"},
-                                                                  {"sql.h", "ado/odbc"},
-                                                                  {"sqlite3.h", "ado/sqlite"},
-                                                                  {"microhttpd.h", "server"},
-                                                                  {"sys/socket.h", "server"}};
+const std::vector<std::pair<std::string, std::string>> kOnlyIn = {
+    {"windows.h", "com"},       {"sql.h", "ado/odbc"},   {"sqlite3.h", "ado/sqlite"},
+    {"microhttpd.h", "server"}, {"curl/curl.h", "mail"}, {"sys/socket.h", "server"}};
 
 // What a line includes, or "".
 std::string included_by(const std::string& line) {
