@@ -277,6 +277,7 @@ struct ClassDeclaration {
 class Unit {
 public:
     bool option_explicit = false;
+    bool is_inner = false; // Eval and Execute: Me may be that of the method they run in
     Scope scope;
     Block body;
     std::vector<ProcedureDeclaration> procedures; // in source order, those of classes among them

@@ -96,7 +96,8 @@ Operand Compiler::bind_argument(const Meaning& meaning, std::uint8_t flags) {
 Operand Compiler::held_object(const Expression& member) {
     if (!member.left)
         return with_object();
-    return member.left->kind == Expression::Kind::Me ? body_->me : evaluate(*member.left);
+    return member.left->kind == Expression::Kind::Me && body_->me.exists() ? body_->me
+                                                                           : evaluate(*member.left);
 }
 
 Operand Compiler::with_object() {

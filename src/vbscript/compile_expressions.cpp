@@ -153,9 +153,16 @@ Operand Compiler::evaluate(const Expression& expression, Operand into) {
         return made;
     }
     case Expression::Kind::Me: // a copy: the slot itself is nobody's to assign to
-        return held_now(body_->me);
+        return body_->me.exists() ? held_now(body_->me) : outer_me();
     }
     return {};
+}
+
+// Me of the method that the code runs in.
+Operand Compiler::outer_me() {
+    const Operand me = body_->frame.temporary();
+    builder_.emit({.code = OpCode::GetName, .a = me, .b = builder_.link("Me")});
+    return me;
 }
 
 Operand Compiler::evaluate_name(const Expression& expression) {

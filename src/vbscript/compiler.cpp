@@ -498,12 +498,24 @@ void Compiler::erase(const EraseStatement& statement) {
 
 // --- Entrances -------------------------------------------------------------------------------------
 
-std::shared_ptr<const Program> compile(Source source) {
+namespace {
+
+std::shared_ptr<const Program> compile_statements(Source source, bool is_inner) {
     const auto program = std::make_shared<Program>();
     program->source = std::move(source);
-    const std::unique_ptr<Unit> unit = parse(program->source);
+    const std::unique_ptr<Unit> unit = parse(program->source, is_inner);
     Compiler(*program, *unit).compile_unit();
     return program;
+}
+
+} // namespace
+
+std::shared_ptr<const Program> compile(Source source) {
+    return compile_statements(std::move(source), false);
+}
+
+std::shared_ptr<const Program> compile_inner(Source source) {
+    return compile_statements(std::move(source), true);
 }
 
 std::shared_ptr<const Program> compile_expression(Source source) {

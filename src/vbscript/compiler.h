@@ -120,6 +120,7 @@ private:
     // Where the value of the expression is: the variable or constant itself, or a temporary. With `into`,
     // operators put their result there.
     Operand evaluate(const Expression& expression, Operand into = {});
+    Operand outer_me();
     Operand evaluate_name(const Expression& expression);
     Operand evaluate_unary(const Expression& expression, Operand into);
     Operand evaluate_binary(const Expression& expression, Operand into);

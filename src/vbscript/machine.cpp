@@ -14,7 +14,7 @@ namespace tabrixdb::vbscript {
 // --- Machine ---------------------------------------------------------------------------------------
 
 Machine::Machine(Environment& environment, Interrupt& interrupt, Limits limits)
-    : state_(std::make_unique<State>(environment, interrupt, limits)) {}
+    : state_(std::make_shared<State>(environment, interrupt, limits)) {}
 
 Machine::~Machine() {
     state_->close();
@@ -56,10 +56,13 @@ Machine::State::State(Environment& environment, Interrupt& interrupt, Limits lim
     err.value = Variant(err_);
     global("CreateObject").kind = Global::Kind::CreateObject;
     global("Eval").kind = Global::Kind::Eval;
+    global("Execute").kind = Global::Kind::Execute;
+    global("ExecuteGlobal").kind = Global::Kind::ExecuteGlobal;
+    global("GetRef").kind = Global::Kind::GetRef;
 }
 
 Machine::State::~State() {
-    Interrupt::let_go(names_in_order_.size() * kBytesOfName);
+    Interrupt::let_go(held_bytes_);
 }
 
 void Machine::State::close() noexcept {
@@ -77,7 +80,21 @@ void Machine::State::close() noexcept {
 }
 
 Outcome Machine::State::run(std::shared_ptr<const Program> program) {
+    const bool is_new = !units_.contains(program.get());
     LoadedUnit& unit = load(std::move(program));
+
+    struct Unload { // nothing refers to a unit without procedures once its statements have run
+        State& state;
+        LoadedUnit* unit;
+
+        ~Unload() {
+            if (unit)
+                state.unload(*unit);
+        }
+    } const unload{*this, is_new && !unit.program->is_referred_to() ? &unit : nullptr};
+
+    declare_procedures(unit);
+    declare_names(unit);
     const auto value = execute(unit, unit.program->main, {});
     return value ? Outcome::Finished : Outcome::Stopped;
 }
@@ -95,32 +112,6 @@ std::optional<Variant> Machine::State::call(std::string_view name, Arguments arg
 
 Variant Machine::State::eval(std::string_view expression) {
     return evaluate(expression, nullptr);
-}
-
-Variant Machine::State::evaluate(std::string_view expression, const Frame* scope) {
-    const std::unique_ptr<LoadedUnit> unit = link(compiled(expression), scope);
-    return execute(*unit, unit->program->main, {}).value_or(Variant());
-}
-
-namespace {
-
-// Expressions that a machine keeps compiled. A page has few that come again, unlike those that are put
-// together from a record's values, which go when there are too many.
-constexpr std::size_t kKeptExpressions = 64;
-constexpr std::size_t kMaxKeptLength = 4096;
-
-} // namespace
-
-std::shared_ptr<const Program> Machine::State::compiled(std::string_view expression) {
-    std::string text(expression);
-    if (const auto found = expressions_.find(text); found != expressions_.end())
-        return found->second;
-    std::shared_ptr<const Program> program = compile_expression(Source::of_code(text));
-    if (text.size() > kMaxKeptLength)
-        return program;
-    if (expressions_.size() == kKeptExpressions)
-        expressions_.clear();
-    return expressions_.emplace(std::move(text), std::move(program)).first->second;
 }
 
 void Machine::State::add_object(std::string_view name, Ref<Object> object, bool members) {
@@ -143,6 +134,7 @@ Global& Machine::State::global(std::string_view name) {
         return found->second;
     if (!Interrupt::hold(kBytesOfName))
         throw Error(7);
+    held_bytes_ += kBytesOfName;
     Global& made = globals_[std::string(name)];
     names_in_order_.push_back(&made);
     return made;
@@ -169,61 +161,33 @@ void Machine::State::resolve(Global& global, std::string_view name) {
 }
 
 LoadedUnit& Machine::State::load(std::shared_ptr<const Program> program) {
-    std::unique_ptr<LoadedUnit>& unit = units_[program.get()];
-    if (!unit)
-        unit = link(std::move(program), nullptr);
-    declare(*unit);
-    return *unit;
+    const auto found = units_.find(program.get());
+    if (found != units_.end())
+        return *found->second;
+    const std::size_t bytes = program->bytes();
+    if (!Interrupt::hold(bytes))
+        throw Error(7);
+    held_bytes_ += bytes;
+    const Program* const key = program.get();
+    return *units_.emplace(key, link(std::move(program), nullptr)).first->second;
 }
 
-namespace {
-
-// For Eval in a method: a variable or another member of the method's class, and Me.
-bool borrow_member(LoadedUnit& unit, const Frame& scope, std::string_view name) {
-    const Class* const owner = scope.procedure->owner;
-    if (!owner)
-        return false;
-    const std::int32_t member = owner->find(name);
-    const bool is_me = equal_ignore_case(name, "Me");
-    if (member < 0 && !is_me)
-        return false;
-    Global& stand_in = unit.borrowed.emplace_back();
-    stand_in.value = scope.slots[0];
-    unit.links.push_back({&stand_in, &stand_in.value});
-    const std::int32_t field = is_me ? -1 : owner->members[static_cast<std::size_t>(member)].field;
-    if (field >= 0) {
-        stand_in.kind = Global::Kind::Variable;
-        unit.links.back().value = &scope.fields[field];
-    } else {
-        stand_in.kind = is_me ? Global::Kind::Object : Global::Kind::Member;
-        stand_in.member = member;
-    }
-    return true;
+void Machine::State::unload(const LoadedUnit& unit) noexcept {
+    const std::size_t bytes = unit.program->bytes();
+    Interrupt::let_go(bytes);
+    held_bytes_ -= bytes;
+    units_.erase(unit.program.get());
 }
 
-} // namespace
-
-std::unique_ptr<LoadedUnit> Machine::State::link(std::shared_ptr<const Program> program, const Frame* scope) {
+std::unique_ptr<LoadedUnit> Machine::State::link(std::shared_ptr<const Program> program, Frame* scope) {
     auto unit = std::make_unique<LoadedUnit>();
     unit->program = std::move(program);
+    unit->scope = scope;
     unit->caches.resize(unit->program->caches);
     unit->class_keys = new_class_keys(unit->program->classes.size());
     for (const Program::Link& wanted : unit->program->links) {
-        if (scope) {
-            const auto& names = scope->procedure->names;
-            const auto local = std::ranges::find_if(names, [&](const Procedure::Named& named) {
-                return equal_ignore_case(named.name, wanted.name) &&
-                       (named.is_declared || global(wanted.name).kind == Global::Kind::Undefined);
-            });
-            if (local != names.end()) {
-                Global& stand_in = unit->borrowed.emplace_back();
-                stand_in.kind = Global::Kind::Variable;
-                unit->links.push_back({&stand_in, &(*scope)[local->at]});
-                continue;
-            }
-            if (borrow_member(*unit, *scope, wanted.name))
-                continue;
-        }
+        if (scope && borrow(*unit, *scope, wanted))
+            continue;
         Global& found = global(wanted.name);
         if (found.kind == Global::Kind::Undefined && wanted.declared == Program::Declared::No)
             resolve(found, wanted.name);
@@ -232,14 +196,12 @@ std::unique_ptr<LoadedUnit> Machine::State::link(std::shared_ptr<const Program> 
     return unit;
 }
 
-void Machine::State::declare(LoadedUnit& unit) {
+void Machine::State::declare_names(LoadedUnit& unit) {
     const Program& program = *unit.program;
     for (std::size_t i = 0; i < program.links.size(); ++i) {
         const Program::Link& wanted = program.links[i];
         Global& found = *unit.links[i].global;
         switch (wanted.declared) {
-        case Program::Declared::No:
-            break;
         case Program::Declared::Implicit:
             if (found.kind == Global::Kind::Constant || found.kind == Global::Kind::Procedure ||
                 found.kind == Global::Kind::Member || found.kind == Global::Kind::Class)
@@ -255,17 +217,27 @@ void Machine::State::declare(LoadedUnit& unit) {
             found.kind = Global::Kind::Constant;
             found.value = program.constants[wanted.index];
             break;
-        case Program::Declared::Procedure:
-            found.kind = Global::Kind::Procedure;
-            found.unit = &unit;
-            found.procedure = &program.procedures[wanted.index];
-            break;
-        case Program::Declared::Class:
-            found.kind = Global::Kind::Class;
-            found.unit = &unit;
-            found.declared = &program.classes[wanted.index];
+        default:
             break;
         }
+    }
+}
+
+void Machine::State::declare_procedures(LoadedUnit& unit) {
+    const Program& program = *unit.program;
+    for (std::size_t i = 0; i < program.links.size(); ++i) {
+        const Program::Link& wanted = program.links[i];
+        Global& found = *unit.links[i].global;
+        if (wanted.declared == Program::Declared::Procedure) {
+            found.kind = Global::Kind::Procedure;
+            found.procedure = &program.procedures[wanted.index];
+        } else if (wanted.declared == Program::Declared::Class) {
+            found.kind = Global::Kind::Class;
+            found.declared = &program.classes[wanted.index];
+        } else {
+            continue;
+        }
+        found.unit = &unit;
     }
 }
 
@@ -345,6 +317,8 @@ void Machine::State::pop_frame() {
     const Frame frame = frames_.back();
     for (std::uint32_t i = 0; i < frame.slot_count; ++i)
         frame.slots[i] = Variant();
+    if (frame.has_names)
+        names_of_frames_.erase(&frames_.back());
     frames_.pop_back();
     slots_.pop(frame.slot_mark);
     references_.pop(frame.reference_mark);

@@ -66,7 +66,7 @@ public:
     class State; // the engine's own files see inside
 
 private:
-    std::unique_ptr<State> state_;
+    std::shared_ptr<State> state_;
 };
 
 } // namespace tabrixdb::vbscript

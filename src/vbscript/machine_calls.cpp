@@ -112,11 +112,10 @@ bool Machine::State::call_link(Frame& frame, const Instruction& instruction, Ope
         value = create_object(frame, list, count);
         break;
     case Global::Kind::Eval:
-        if (count != 1)
-            raise_named(kErrorArguments, name);
-        value = value_of(frame[list[0]]);
-        if (value.is_string())
-            value = evaluate(value.text(), &frame);
+    case Global::Kind::Execute:
+    case Global::Kind::ExecuteGlobal:
+    case Global::Kind::GetRef:
+        value = call_text_function(frame, link.global->kind, list, count, name);
         break;
     case Global::Kind::Undefined:
         if (!local.exists())

@@ -18,6 +18,7 @@
 namespace tabrixdb::vbscript {
 
 struct LoadedUnit;
+struct Frame;
 class Instance;
 
 // What a global name of a machine is. Its address never changes.
@@ -33,6 +34,9 @@ struct Global {
         Library,
         CreateObject, // the functions that need the machine itself
         Eval,
+        Execute,
+        ExecuteGlobal,
+        GetRef,
     };
 
     bool is_readable() const noexcept {
@@ -67,7 +71,8 @@ struct LoadedUnit {
     std::vector<Link> links;
     std::vector<MemberCache> caches;
     std::vector<const void*> class_keys; // Object::dispatch_key of their objects
-    std::deque<Global> borrowed;         // of Eval: stands for the caller's locals
+    Frame* scope = nullptr;              // of Eval and Execute: the procedure they run in
+    std::deque<Global> borrowed;         // stands for names of the scope
 };
 
 // A procedure at work.
@@ -81,7 +86,8 @@ struct Frame {
     const Instruction* at = nullptr; // being carried out
     Operand result;                  // in the caller's frame
     bool resume_next = false;
-    bool is_base = false; // called from C++: the result goes to returned_
+    bool has_names = false; // in State::names_of_frames_
+    bool is_base = false;   // called from C++: the result goes to returned_
     ChunkStack<Variant>::Mark slot_mark;
     ChunkStack<Variant*>::Mark reference_mark;
 
@@ -111,7 +117,7 @@ struct Frame {
 
 // The inside of a Machine. Names and units are in machine.cpp, the instructions in interpreter.cpp, calls in
 // machine_calls.cpp, elements and members in machine_members.cpp, loops in machine_loops.cpp.
-class Machine::State {
+class Machine::State : public std::enable_shared_from_this<State> {
 public:
     State(Environment& environment, Interrupt& interrupt, Limits limits);
     ~State();
@@ -130,6 +136,8 @@ public:
     // Runs Class_Terminate when the instruction at work is done.
     void terminate_later(Ref<Instance> instance);
     Variant call_method(Instance& instance, const Procedure& procedure, Arguments arguments);
+    // For what GetRef gave.
+    Variant call_referred(const Global& procedure, Arguments arguments);
     // Lets go of all names, and of what the objects that are left hold.
     void close() noexcept;
 
@@ -141,10 +149,25 @@ private:
     Global& global(std::string_view name);
     void resolve(Global& global, std::string_view name);
     LoadedUnit& load(std::shared_ptr<const Program> program);
-    std::unique_ptr<LoadedUnit> link(std::shared_ptr<const Program> program, const Frame* scope);
-    void declare(LoadedUnit& unit);
-    Variant evaluate(std::string_view expression, const Frame* scope);
-    std::shared_ptr<const Program> compiled(std::string_view expression);
+    void unload(const LoadedUnit& unit) noexcept;
+    std::unique_ptr<LoadedUnit> link(std::shared_ptr<const Program> program, Frame* scope);
+    void declare_names(LoadedUnit& unit);
+    void declare_procedures(LoadedUnit& unit);
+
+    // --- Code that comes as text
+    enum class Code : char { Expression = '=', Statements = ':' };
+    using Names = std::unordered_map<std::string, Global, IgnoreCaseHash, IgnoreCaseEqual>;
+
+    std::shared_ptr<const Program> compiled(Code kind, std::string_view text);
+    // In the procedure at work, or, without one, among the global names.
+    static Frame* scope_of(Frame& frame) noexcept;
+    Variant evaluate(std::string_view expression, Frame* scope);
+    void execute_text(std::string_view statements, Frame* scope);
+    bool borrow(LoadedUnit& unit, Frame& scope, const Program::Link& wanted);
+    Global* name_in_frame(Frame& scope, const Program::Link& wanted);
+    Variant call_text_function(Frame& frame, Global::Kind kind, const Operand* list, std::size_t count,
+                               const std::string& name);
+    Variant reference_to(std::string_view procedure);
 
     // --- Running
     // Runs one procedure from C++; nullopt when the run was stopped.
@@ -218,12 +241,14 @@ private:
     Limits limits_;
     std::uint64_t steps_ = 0;
     Ref<ErrObject> err_;
-    std::unordered_map<std::string, Global, IgnoreCaseHash, IgnoreCaseEqual> globals_;
+    Names globals_;
+    std::size_t held_bytes_ = 0; // counted by the Interrupt: of names and units
     std::unordered_map<const Program*, std::unique_ptr<LoadedUnit>> units_;
-    std::unordered_map<std::string, std::shared_ptr<const Program>> expressions_; // by their text
-    std::vector<Ref<Object>> member_holders_;                                     // see add_object
-    std::deque<Frame> frames_;                                                    // a Frame stays where it is
-    Instance* instances_ = nullptr;                                               // all that live, linked
+    std::unordered_map<std::string, std::shared_ptr<const Program>> kept_code_; // by Code and text
+    std::vector<Ref<Object>> member_holders_;                                   // see add_object
+    std::deque<Frame> frames_;                                                  // a Frame stays where it is
+    std::unordered_map<const Frame*, Names> names_of_frames_;                   // that Execute declared there
+    Instance* instances_ = nullptr;                                             // all that live, linked
     std::deque<Ref<Instance>> dying_;
     std::vector<Global*> names_in_order_;
     ChunkStack<Variant> slots_;

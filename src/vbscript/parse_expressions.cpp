@@ -156,7 +156,7 @@ const Expression* Parser::name_expression() {
 }
 
 const Expression* Parser::me_expression() {
-    if (!class_)
+    if (!class_ && !unit_.is_inner)
         fail(1037);
     return make_expression(Expression::Kind::Me, take().place);
 }

@@ -215,8 +215,6 @@ const Statement* Parser::statement() {
         take();
         return nullptr;
     case TokenKind::Me:
-        if (!class_)
-            fail(1037);
         return call_or_assignment();
     default:
         fail(1024);
@@ -578,14 +576,16 @@ const Statement* Parser::on_error_statement() {
 
 // --- Entrances -------------------------------------------------------------------------------------
 
-std::unique_ptr<Unit> parse(const Source& source) {
+std::unique_ptr<Unit> parse(const Source& source, bool is_inner) {
     auto unit = std::make_unique<Unit>();
+    unit->is_inner = is_inner;
     Parser(source, *unit).parse_unit();
     return unit;
 }
 
 std::unique_ptr<Unit> parse_expression(const Source& source) {
     auto unit = std::make_unique<Unit>();
+    unit->is_inner = true;
     Parser(source, *unit).parse_single_expression();
     return unit;
 }

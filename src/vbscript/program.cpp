@@ -9,6 +9,15 @@ std::int32_t Class::find(std::string_view member) const noexcept {
     return found == index.end() ? -1 : found->second;
 }
 
+std::size_t Program::bytes() const noexcept {
+    std::size_t bytes = sizeof(Program) + code.size() * sizeof(Instruction) +
+                        operands.size() * sizeof(Operand) +
+                        (constants.size() + links.size() + members.size()) * 64;
+    for (const auto& text : source.texts)
+        bytes += text->size();
+    return bytes;
+}
+
 Place Program::place_of(std::uint32_t code_index) const noexcept {
     const auto after = std::ranges::upper_bound(marks, code_index, {}, &Mark::code);
     return after == marks.begin() ? Place() : std::prev(after)->place;

@@ -247,6 +247,11 @@ public:
     Procedure main;          // the global statements
     std::uint32_t caches = 0;
 
+    // Whether it declares what may be called when its own statements have run.
+    bool is_referred_to() const noexcept { return !procedures.empty() || !classes.empty(); }
+
+    // What it takes in memory, about.
+    std::size_t bytes() const noexcept;
     // The place of an instruction.
     Place place_of(std::uint32_t code_index) const noexcept;
     // The first instruction of the next statement, where On Error Resume Next goes on.
@@ -255,5 +260,7 @@ public:
 
 // Compiles a source of one expression (Eval): the value is the result of Program::main.
 std::shared_ptr<const Program> compile_expression(Source source);
+// Compiles statements that may run inside a method (Execute), so that Me means something.
+std::shared_ptr<const Program> compile_inner(Source source);
 
 } // namespace tabrixdb::vbscript
