@@ -263,7 +263,8 @@ void walk_cursor(benchmark::State& state) {
     }
 }
 
-void render_rows(benchmark::State& state, void (*prepare)(DbSource&)) {
+// `marked`: as in a grid with buttons to change its records.
+void render_rows(benchmark::State& state, void (*prepare)(DbSource&), bool marked) {
     Grid grid;
     if (prepare)
         prepare(*grid.source);
@@ -278,7 +279,13 @@ void render_rows(benchmark::State& state, void (*prepare)(DbSource&)) {
         out.clear();
         out.shrink_to_fit(); // as each request has to grow it
         GridRows rows(buttons, *grid.source, nested, {});
-        rows.append(out, layout, kRows);
+        ShownRows marks;
+        std::string validation;
+        if (marked)
+            rows.mark_in(marks);
+        rows.append(out, layout, kRows, validation);
+        if (marked)
+            benchmark::DoNotOptimize(marks.html("g"));
         benchmark::DoNotOptimize(out);
     }
     sqlite3_stmt* const statement = statement_by_hand();
@@ -301,14 +308,23 @@ void create_whole_grid(benchmark::State& state) {
 
 BENCHMARK(hand_written)->Name("rows/hand_written");
 BENCHMARK(walk_cursor)->Name("rows/cursor");
-BENCHMARK_CAPTURE(render_rows, engine, nullptr)->Name("rows/engine");
-BENCHMARK_CAPTURE(render_rows, formatted, [](DbSource& source) {
-    source.field_of("price").format = "#,##0.00";
-    source.field_of("stock").format = "0";
-})->Name("rows/formatted");
-BENCHMARK_CAPTURE(render_rows, content, [](DbSource& source) {
-    source.field_of("name").content = "<a href=\"item.asp?name=$~name~$\">#~name~#</a>";
-})->Name("rows/content");
+BENCHMARK_CAPTURE(render_rows, engine, nullptr, false)->Name("rows/engine");
+BENCHMARK_CAPTURE(render_rows, marked, nullptr, true)->Name("rows/marked");
+BENCHMARK_CAPTURE(
+    render_rows, formatted,
+    [](DbSource& source) {
+        source.field_of("price").format = "#,##0.00";
+        source.field_of("stock").format = "0";
+    },
+    false)
+    ->Name("rows/formatted");
+BENCHMARK_CAPTURE(
+    render_rows, content,
+    [](DbSource& source) {
+        source.field_of("name").content = "<a href=\"item.asp?name=$~name~$\">#~name~#</a>";
+    },
+    false)
+    ->Name("rows/content");
 BENCHMARK(create_whole_grid)->Name("rows/create_grid");
 
 } // namespace

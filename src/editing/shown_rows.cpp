@@ -38,11 +38,6 @@ std::string hexadecimal(std::uint64_t number) {
     return std::string(digits, end);
 }
 
-// A key's value may hold the text of another record's key and value: each is ended by a character of its own.
-std::uint64_t trace(std::string_view value, std::uint64_t start) {
-    return stable_hash(std::string_view("\x1f", 1), stable_hash(value, start));
-}
-
 } // namespace
 
 RowMarker::RowMarker(const DbSource& source) : records_(source.records()) {
@@ -51,16 +46,16 @@ RowMarker::RowMarker(const DbSource& source) : records_(source.records()) {
 }
 
 RowMark RowMarker::mark() {
-    RowMark mark{{}, stable_hash(""), stable_hash("")};
+    RowMark mark{{}, kHashStart, kHashStart};
     const auto& columns = records_.columns();
     for (std::size_t i = 0; i < columns.size(); ++i) {
         if (columns[i].type == platform::data_type::kLongVarBinary)
             continue;
         text_.clear();
         records_.append_value(i, text_);
-        mark.values = trace(text_, mark.values);
+        mark.values = stable_hash(text_, mark.values);
         if (in_key_[i])
-            mark.key = trace(text_, mark.key);
+            mark.key = stable_hash(text_, mark.key);
     }
     if (std::ranges::find(in_key_, true) == in_key_.end())
         mark.key = mark.values;
