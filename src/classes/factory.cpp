@@ -1,6 +1,7 @@
 #include "classes/factory.h"
 
 #include "automation/text.h"
+#include "calendar/calendar.h"
 #include "data/db_source.h"
 #include "engine/pro.h"
 #include "field/db_field.h"
@@ -23,7 +24,7 @@ constexpr Class class_of() {
 }
 
 constexpr std::array kClasses = {class_of<Pro>(), class_of<DbField>(), class_of<DbSource>(),
-                                 class_of<DbGrid>()};
+                                 class_of<DbGrid>(), class_of<Calendar>()};
 
 } // namespace
 
