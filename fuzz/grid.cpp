@@ -26,6 +26,7 @@ Set file = Server.CreateObject("Scripting.FileSystemObject").CreateTextFile(temp
 file.Write Request.Form("template")
 file.Close
 db.CreateConnection "c", "Provider=SQLite;Data Source=" & Server.MapPath("/data.db")
+db.BarGraph = True
 db.CreateSource "s", "select id, a, a_b, ""the c"" from t", "c"
 db.CreateSource "lines", "select id from t where id = #~id~#", "c", 3, 3, True
 Set file = Server.CreateObject("TabrixDb.DbGrid")
@@ -35,6 +36,7 @@ With db.Source("s").Fields("a")
     .Content = Request.Form("content")
     .ViewEdit = Request.Form("view")
 End With
+db.Source("s").Fields("the c").Default_value = Request.Form("view")
 db.GridEditMode = Request.Form("mode")
 db.CreateGrid "g", "s", template, "", "", 3
 Response.Write db.Grid("g")

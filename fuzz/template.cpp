@@ -1,6 +1,8 @@
-// Template splitting, body stripping and layout on any bytes: only the errors that they name may come out.
+// Template splitting, body stripping, layout and calendars on any bytes: only the errors that they name may
+// come out.
 
 #include "automation/error.h"
+#include "calendar/month.h"
 #include "grid/layout.h"
 #include "template/column_tag.h"
 #include "template/read_template.h"
@@ -23,6 +25,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if (error.number() != 5 && error.number() != 6)
             throw;
     }
+    const auto& [header, cells, footer] = tabrixdb::kCalendarSections;
+    const auto day = tabrixdb::date_parts(static_cast<double>(size));
+    tabrixdb::render_month(
+        std::string(header) + text + std::string(cells) + text + std::string(footer) + text,
+        {.chosen = day, .today = day, .first_weekday = static_cast<int>(size % 8), .format = {}});
     tabrixdb::ColumnTag(text.substr(0, 8)).replace_in(text, "#~x~#");
     return 0;
 }
