@@ -119,18 +119,25 @@
     }
 
     /**
-     * Posts a command. The next page is shown at the form's anchor if the page has one of that name, and
-     * otherwise at the place where this page is now; focus says what has the focus there.
+     * Posts a command, after a question if there is one, or if something typed would be lost. The next page is shown at the
+     * form's anchor if the page has one of that name, and otherwise at the place where this page is now; focus says what has
+     * the focus there.
      */
-    function post(name, command, params, { anchor = '', focus = linkInUse() } = {}) {
+    function post(name, command, params, { anchor = '', focus = linkInUse(), question = '' } = {}) {
         const form = findForm(name);
         if (!form) return;
+        const action = params.split(';')[1] ?? '';
+        const loses = losesTyping(name, command, action);
+        const warning = question ? 'What you have typed and not saved may be lost.' : 'What you have typed is not saved. Go on without it?';
+        const asked = [question, loses ? warning : ''].filter(Boolean).join(' ');
+        if (asked && !confirm(asked)) return;
         hiddenField(name, 'command').value = command;
         hiddenField(name, 'params').value = params;
         const target = anchor || hiddenField(name, 'anchor')?.value || '';
         const place = anchored(target) ? target : '';
         form.setAttribute('action', location.pathname + location.search + place);
-        remember(placeKey(), { name, focus, scroll: place ? null : { left: scrollX, top: scrollY } });
+        const typed = typedFields(form).map((field) => [field.name, field.value]);
+        remember(placeKey(), { name, focus, typed, saves: SAVING.includes(action), scroll: place ? null : { left: scrollX, top: scrollY } });
         // A field of the page may be called "submit" and hide the form's own method.
         HTMLFormElement.prototype.submit.call(form);
     }
@@ -151,10 +158,69 @@
         if (place === null) return;
         history.replaceState(history.state, '', location.href);
         if (place.scroll) scrollTo({ ...place.scroll, behavior: 'instant' });
-        if (!isGrid(place.name) || showMessage(place.name) || !place.focus) return;
+        if (!isGrid(place.name)) return;
+        const refused = showMessage(place.name);
+        if (refused || !place.saves) keepAsTyped(findForm(place.name), place.typed);
+        if (refused || !place.focus) return;
         const next = place.focus === FIRST_FIELD ? controls(findForm(place.name))[0]
             : document.querySelector(`a[href="${CSS.escape(place.focus)}"]`);
         next?.focus({ preventScroll: true });
+    }
+
+    // --- What was typed ----------------------------------------------------------------------------------------
+
+    // What a page came with is not saved either where it was typed on the page before: refused, or still being edited.
+    const broughtAlong = new WeakSet();
+
+    function keepAsTyped(form, typed) {
+        const came = new Set(typed.map(([name, value]) => `${name}=${value}`));
+        for (const field of controls(form)) if (came.has(`${field.name}=${field.value}`)) broughtAlong.add(field);
+    }
+
+    /** Whether a field holds something else than the page came with. */
+    function isTyped(field) {
+        if (broughtAlong.has(field)) return true;
+        if (isCheckable(field)) return field.checked !== field.defaultChecked;
+        if (!field.matches('select')) return field.value !== field.defaultValue;
+        const options = [...field.options];
+        const preset = options.some((option) => option.defaultSelected);
+        const first = !preset && !field.multiple; // which the browser has chosen
+        return options.some((option, i) => option.selected !== (first ? i === 0 : option.defaultSelected));
+    }
+
+    const typedFields = (form) => controls(form).filter((field) => field.name && isTyped(field));
+
+    const isFilter = (name) => document.querySelector(`a[href^="javascript:filter_source('${CSS.escape(name)}',"]`) !== null;
+
+    /** The row of a grid that is being edited by itself, from 1; 0: none is. */
+    function editedRow(grid) {
+        const saves = document.querySelector(`a[href^="javascript:edit_grid("][href$="'${CSS.escape(grid)}','update')"]`);
+        return saves ? Number(saves.getAttribute('href').match(/\d+/)[0]) + 1 : 0;
+    }
+
+    const rowOf = (field) => Number(field.name.match(/_(\d+)$/)?.[1] ?? 0);
+
+    // These show the same rows again, and what was typed in the one that is being edited.
+    const KEEPING = ['edit_source add', 'edit_source edit', 'edit_source delete', 'edit_grid delete',
+        'grid_offset ', 'filter_grid_source ', 'filter_grid_source_clear '];
+    // These save or give up what is in the grid. A row that is saved does not keep a new record beside it.
+    const ENDING = ['edit_source update', 'edit_source cancel', 'edit_source canceladd', 'edit_grid cancel'];
+
+    /** Whether a command throws away what was typed in its grid, or in another, whose form is not posted with it. */
+    function losesTyping(name, command, action) {
+        const words = `${command} ${action}`;
+        const row = editedRow(name);
+        const inRow = (field) => row !== 0 && rowOf(field) === row;
+        const lost = (field) => {
+            if (words === 'edit_grid update') return !inRow(field);
+            if (words === 'edit_source addnew') return false;
+            return !(KEEPING.includes(words) && inRow(field));
+        };
+        return allForms().some((form) => {
+            const own = nameOf(form) === name;
+            if (isFilter(nameOf(form)) || (own && ENDING.includes(words))) return false;
+            return typedFields(form).some((field) => !own || lost(field));
+        });
     }
 
     // --- Grids -----------------------------------------------------------------------------------------------
@@ -187,32 +253,34 @@
 
     const SAVING = ['update', 'addnew'];
 
-    /** Asks before a delete, checks before a save. */
-    function agreed(grid, action) {
-        if (action === 'delete') return confirm('Delete this record?');
+    const questionOf = (action) => (action === 'delete' ? 'Delete this record?' : '');
+
+    /** True if what an action saves has all that is required. isSaved: of a field, whether it belongs to that. */
+    function isComplete(grid, action, isSaved) {
         if (!SAVING.includes(action)) return true;
         const form = findForm(grid);
-        return form !== null && verify_form(form);
+        return form !== null && verify_form(form, isSaved);
     }
 
     /** The whole grid. action: edit, update, cancel, add, addnew, canceladd or delete. */
     function edit_source(grid, action) {
-        if (!agreed(grid, action)) return;
+        const apart = action === 'addnew' ? editedRow(grid) : 0; // a row that is not saved with the new record
+        if (!isComplete(grid, action, (field) => apart === 0 || rowOf(field) !== apart)) return;
         const focus = ['edit', 'add'].includes(action) ? FIRST_FIELD : undefined;
-        post(grid, 'edit_source', `${grid};${action}`, { focus });
+        post(grid, 'edit_source', `${grid};${action}`, { focus, question: questionOf(action) });
     }
 
     /** The same, but the next page is shown from the start of the grid. */
     function edit_source_onstart(grid, action) {
-        if (agreed(grid, action)) post(grid, 'edit_source', `${grid};${action}`, { anchor: `#${grid}_start` });
+        if (isComplete(grid, action)) post(grid, 'edit_source', `${grid};${action}`, { anchor: `#${grid}_start`, question: questionOf(action) });
     }
 
     /** One row of the page, counted from 0. action: edit, update, cancel or delete. */
     function edit_grid(row, grid, action) {
-        if (!agreed(grid, action)) return;
+        if (!isComplete(grid, action, (field) => rowOf(field) === row + 1)) return;
         const byKeyboard = document.activeElement?.matches('a:focus-visible, input, select');
         const focus = action === 'edit' ? FIRST_FIELD : byKeyboard ? `javascript:edit_grid(${row}, '${grid}','edit')` : '';
-        post(grid, 'edit_grid', `${grid};${action};${row}`, { focus });
+        post(grid, 'edit_grid', `${grid};${action};${row}`, { focus, question: questionOf(action) });
     }
 
     /** Puts every input back to the value that it came with. */
@@ -295,11 +363,15 @@
         }
     }
 
-    /** True if everything that a form requires is there; otherwise says beside each input what is wrong, and goes to the first. */
-    function verify_form(form) {
+    /**
+     * True if everything that a form requires is there; otherwise says beside each input what is wrong, and goes to the first.
+     * isSaved: of a field, whether it counts; without it all do.
+     */
+    function verify_form(form, isSaved = () => true) {
         const least = new Map(requirements(nameOf(form)));
         const wrong = [];
         for (const [name, fields] of controlsByName(form)) {
+            if (!isSaved(fields[0])) continue;
             const problem = problemOf(fields, least.get(name) ?? 0);
             showProblem(form, name, problem);
             if (problem) wrong.push(fields[0]);
@@ -420,6 +492,7 @@
     const STYLE = `
         :where(.tabrixdb-required) { color: #b91c1c; font-weight: 700; cursor: help; }
         :where(.tabrixdb-problem) { display: block; margin-top: .2rem; color: #b91c1c; font-size: .875em; }
+        :where(.tabrixdb-message) { scroll-margin: .5rem; }
         :where([aria-invalid=true]) { outline: 2px solid #b91c1c; outline-offset: -1px; }
         :where(.tabrixdb-item) { display: inline-flex; gap: .3em; align-items: baseline; margin-right: .75em; }
         .tabrixdb-dialog { color-scheme: light; border: 1px solid #cbd5e1; border-radius: .6rem; padding: 1.2rem; min-width: min(20rem, 80vw);
@@ -495,8 +568,22 @@
         post(grid, 'filter_grid_clear', '');
     }
 
+    /**
+     * Exactly one condition of a filter form leads and has no connective. Where the column that is meant to lead was left empty, the
+     * first one with a value does; its choice of And and Or is not posted.
+     */
+    function leadFilter(form) {
+        const fields = controlsByName(form);
+        const columns = [...fields.keys()].filter((name) => fields.has(`${name}_operator`)
+            && fields.get(name).some((field) => (isCheckable(field) ? field.checked : field.value)));
+        if (columns.every((name) => fields.has(`${name}_andor`)))
+            for (const choice of fields.get(`${columns[0]}_andor`) ?? []) choice.checked = false;
+    }
+
     /** Applies a source's filter form, or clears it. command: filter_source or filter_source_clear. */
     function filter_source(source, command) {
+        const form = findForm(source);
+        if (form && command === 'filter_source') leadFilter(form);
         post(source, command, '');
     }
 

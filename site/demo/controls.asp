@@ -2,26 +2,21 @@
 <% Option Explicit %>
 <!-- #include file="includes/shop.asp" -->
 <!-- #include file="includes/source.asp" -->
+<!-- #include file="includes/encoded.asp" -->
 <%
 Dim page_title
 page_title = "Controls"
-
-' A value as text of a page: values are written into rows as they are, and these can be edited.
-Function Encoded(column)
-    Encoded = "replace(replace(" & column & ", '&', '&amp;'), '<', '&lt;') as " & column & "_shown"
-End Function
 %>
 <!-- #include file="includes/head.asp" -->
 <p class="lead">Every kind of input control. The template names the control in a column's tag, or the page sets it. A row shows
 its controls while it is edited, one row at a time.</p>
 <%
 db.CreateSource "workshops", _
-    "select id, title, about, topic, room, held, seats, fee, bookable, level, included, languages, language, weekdays, days, " & _
-    Encoded("title") & ", " & Encoded("about") & " from workshops order by held", "shop"
+    "select id, title, about, topic, room, held, seats, fee, bookable, level, included, languages, language, weekdays, days" & _
+    Encoded("title,about") & " from workshops order by held", "shop"
 
+ShowEncoded "workshops", "title,about"
 With db.Source("workshops")
-    .Fields("title").Content = "#~title_shown~#"
-    .Fields("about").Content = "#~about_shown~#"
     .Fields("held").Format = "d mmmm yyyy"
     .Fields("held").DateCaption = "Choose"
     .Fields("fee").Format = "0.00"

@@ -10,25 +10,13 @@ page_title = "Database tables on web pages"
 a grid that pages, sorts and filters. These pages run on a small shop's database.</p>
 
 <ul class="cards">
-<%
-Sub Card(file, title, text)
-%>
+<% For Each demo_page In demo_pages %>
 <li class="card">
-<h2><a href="<%= file %>"><%= title %></a></h2>
-<p><%= text %></p>
-<span class="file"><%= file %></span>
+<h2><a href="<%= demo_page(0) %>"><%= demo_page(2) %></a></h2>
+<p><%= demo_page(3) %></p>
+<span class="file"><%= demo_page(0) %></span>
 </li>
-<%
-End Sub
-
-Card "smallest.asp", "The smallest grid", "Six lines of script and no template: the engine brings its own."
-Card "orders.asp", "Orders", "A template of its own, striped rows, page counters, sort and filter icons."
-Card "three_files.asp", "Customers", "Head, row and bar in three files, each of them a page by itself."
-Card "sorted.asp", "Price list", "Sorted by the query, and by whoever clicks on a caption."
-Card "contents.asp", "Contents", "Links, evaluated prices, formatted dates, and in each order a grid of its lines with pages of its own."
-Card "controls.asp", "Controls", "Every kind of input control, in rows that are edited in place."
-Card "error.asp", "An error on purpose", "What happens when a table, a template or a name is not there."
-%>
+<% Next %>
 </ul>
 
 <dl class="facts">

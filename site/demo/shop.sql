@@ -79,6 +79,18 @@ create table workshops (
     days      varchar(60)
 );
 
+create table staff (
+    id      integer primary key,
+    name    varchar(60) not null,
+    role    varchar(20) not null check (role in ('Counter', 'Roastery', 'Bakery', 'Office', 'Deliveries')),
+    email   varchar(80) not null unique,
+    started date not null,
+    hours   decimal(4,1) not null check (hours between 1 and 48),
+    wage    decimal(8,2),
+    working boolean not null default 1,
+    about   varchar(200)
+);
+
 create index products_by_category on products (category_id);
 create index orders_by_customer on orders (customer_id, ordered);
 create index order_lines_by_product on order_lines (product_id);
@@ -260,6 +272,19 @@ select
     case i % 3 when 0 then 'Sat~Saturday,Sun~Sunday' else 'Mon~Monday,Wed~Wednesday,Fri~Friday' end,
     case i % 3 when 0 then 'Sat' when 1 then 'Mon, Fri' else null end
 from lessons;
+
+-- Staff ------------------------------------------------------------------------------------------------
+
+insert into staff (name, role, email, started, hours, wage, working, about) values
+    ('Amara Osei',     'Office',     'amara@shop.example',  '2015-03-01', 38.5, 3120,    1, 'Opened the shop & still opens it every morning.'),
+    ('Bruno Sá',       'Roastery',   'bruno@shop.example',  '2016-09-12', 38.5, 2875.5,  1, 'Roasts on Tuesdays. Please do not call on Tuesdays.'),
+    ('Clara Lund',     'Bakery',     'clara@shop.example',  '2017-02-20', 30,   2210,    1, null),
+    ('Dov Peretz',     'Deliveries', 'dov@shop.example',    '2018-06-04', 20,   1480,    1, 'Knows every neighbour at № 12.'),
+    ('Emi Tanaka',     'Counter',    'emi@shop.example',    '2019-10-14', 24,   1690.25, 1, null),
+    ('Finn O''Hara',   'Counter',    'finn@shop.example',   '2020-01-27', 12.5, null,    0, 'Back in September.'),
+    ('Greta Vogel',    'Bakery',     'greta@shop.example',  '2021-05-03', 38.5, 2540,    1, 'Gingerbread all year.'),
+    ('Hugo Marchetti', 'Roastery',   'hugo@shop.example',   '2022-11-21', 30,   2105,    1, null),
+    ('Ida Wrona',      'Office',     'ida@shop.example',    '2024-04-15', 16,   1350,    1, 'Numbers, mostly.');
 
 drop table temp.kinds;
 drop table temp.makes;

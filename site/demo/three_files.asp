@@ -4,10 +4,10 @@
 <!-- #include file="includes/source.asp" -->
 <%
 Dim page_title
-page_title = "Customers"
+page_title = "Three files"
 %>
 <!-- #include file="includes/head.asp" -->
-<p class="lead">The same kind of grid from three files: one for the head, one for a row, one for the bar below.
+<p class="lead">Customers, in a grid from three files: one for the head, one for a row, one for the bar below.
 Each is a table that a browser shows by itself; the engine joins them into one.</p>
 <%
 db.CreateSource "customers", "select id, name, company, email, phone, city, country, since from customers order by id", "shop"

@@ -1,4 +1,5 @@
-<!DOCTYPE html>
+<!-- #include file="pages.asp" -->
+<% Dim demo_page %><!DOCTYPE html>
 <html lang="en">
 <head>
 <meta charset="utf-8">
@@ -11,13 +12,12 @@
 <body>
 <header class="top"><nav aria-label="Demo pages">
 <a class="name" href="/demo/">TabrixDb</a>
-<a href="/demo/smallest.asp">Smallest</a>
-<a href="/demo/orders.asp">Orders</a>
-<a href="/demo/three_files.asp">Customers</a>
-<a href="/demo/sorted.asp">Price list</a>
-<a href="/demo/contents.asp">Contents</a>
-<a href="/demo/controls.asp">Controls</a>
-<a href="/demo/error.asp">Error</a>
-</nav></header>
+<%
+For Each demo_page In demo_pages
+    Response.Write "<a href=""/demo/" & demo_page(0) & """"
+    If demo_page(2) = page_title Then Response.Write " aria-current=""page"""
+    Response.Write ">" & demo_page(1) & "</a>" & vbCrLf
+Next
+%></nav></header>
 <main>
 <h1><%= Server.HTMLEncode(page_title) %></h1>

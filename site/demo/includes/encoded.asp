@@ -1,0 +1,19 @@
+<%
+' Rows show values as they are, as HTML. Text that visitors can edit is shown from a second column of the query, encoded.
+
+' For the query: each of these columns encoded, as column_shown.
+Function Encoded(columns)
+    Dim column
+    For Each column In Split(columns, ",")
+        Encoded = Encoded & ", replace(replace(" & column & ", '&', '&amp;'), '<', '&lt;') as " & column & "_shown"
+    Next
+End Function
+
+' Shows the encoded values in the place of the columns themselves.
+Sub ShowEncoded(source, columns)
+    Dim column
+    For Each column In Split(columns, ",")
+        db.Source(source).Fields(column).Content = "#~" & column & "_shown~#"
+    Next
+End Sub
+%>
