@@ -1,6 +1,6 @@
 // A grid over one record, through the real page runner: its template, the content and the control of a
-// column, that column's value, and the posted command with its parameters. The input is these six, separated
-// by lines of "====".
+// column, that column's value, the posted command with its parameters, and what else is posted, url-encoded.
+// The input is these seven, separated by lines of "====".
 #include "asp/encoding.h"
 #include "asp/page.h"
 
@@ -35,6 +35,7 @@ db.Grid.Add file, "lines"
 With db.Source("s").Fields("a")
     .Content = Request.Form("content")
     .ViewEdit = Request.Form("view")
+    .ViewADD = Request.Form("view")
 End With
 db.Source("s").Fields("the c").Default_value = Request.Form("view")
 db.GridEditMode = Request.Form("mode")
@@ -51,10 +52,10 @@ public:
         root = mkdtemp(name.data());
         std::ofstream(root / "grid.asp") << kPage;
         sqlite3_open((root / "data.db").c_str(), &database);
-        sqlite3_exec(database,
-                     "create table t (id integer primary key, a text, a_b text, \"the c\" text);"
-                     "insert into t values (1, '', 'b#~the c~#', 'x,y~z'), (2, null, '#~a~#', 'c');",
-                     nullptr, nullptr, nullptr);
+        sqlite3_exec(
+            database,
+            "create table t (id integer primary key, a varchar(9), a_b integer, \"the c\" text not null)",
+            nullptr, nullptr, nullptr);
     }
 
     ~Folder() {
@@ -62,7 +63,11 @@ public:
         fs::remove_all(root);
     }
 
-    void set_value(const std::string& value) const {
+    // The records as each run finds them.
+    void reset(const std::string& value) const {
+        sqlite3_exec(database,
+                     "delete from t; insert into t values (1, '', 'b#~the c~#', 'x,y~z'), (2, null, 5, 'c')",
+                     nullptr, nullptr, nullptr);
         sqlite3_stmt* statement = nullptr;
         sqlite3_prepare_v2(database, "update t set a = ? where id = 1", -1, &statement, nullptr);
         sqlite3_bind_text(statement, 1, value.data(), static_cast<int>(value.size()), SQLITE_TRANSIENT);
@@ -97,9 +102,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         const std::string part = taken(input);
         request->body += std::string(name) + "=" + asp::url_encode(part) + "&";
         if (std::string_view(name) == "value")
-            folder.set_value(part);
+            folder.reset(part);
     }
-    request->body += size % 2 == 0 ? "mode=GRID" : "mode=row";
+    request->body += size % 2 == 0 ? "mode=GRID&" : "mode=row&";
+    request->body += taken(input);
     Interrupt interrupt;
     const asp::HttpResponse response = asp::Page(site, request, request->path, {}, interrupt).run();
     if (response.status != 200 && response.status != 500)

@@ -1,27 +1,11 @@
 #pragma once
 
-#include "data/db_source.h"
-#include "editing/posted_form.h"
-#include "editing/shown_rows.h"
-#include "engine/grid_state.h"
-#include "engine/pro.h"
+#include "editing/edit.h"
 
 #include <cstdint>
 #include <string>
 
 namespace tabrixdb {
-
-// One grid's request to change records. Borrowed for the time of the change.
-struct Edit {
-    Pro& pro;
-    const GridCommand& command;
-    GridState state;
-    const DbSource& source;
-    const ShownRows& shown; // what the posted form says about itself
-    // The recordset stands on the page's first record already; otherwise the session says where the page
-    // begins.
-    bool positioned = false;
-};
 
 // What came of it. A form that says what it had shown gets its refusal as a message, with which it is shown
 // again; the failures of any other are reported, as those of any procedure.

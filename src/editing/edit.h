@@ -1,0 +1,24 @@
+#pragma once
+
+#include "data/db_source.h"
+#include "editing/shown_rows.h"
+#include "engine/grid_state.h"
+#include "engine/pro.h"
+
+namespace tabrixdb {
+
+// One grid's request to change records. Borrowed for the time of the change.
+struct Edit {
+    Pro& pro;
+    const GridCommand& command;
+    GridState state;
+    const DbSource& source;
+    const ShownRows& shown; // what the posted form says about itself
+    // The recordset stands on the page's first record already; otherwise the session says where the page
+    // begins.
+    bool positioned = false;
+
+    platform::Recordset& records() const { return source.records(); }
+};
+
+} // namespace tabrixdb

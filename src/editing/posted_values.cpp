@@ -1,0 +1,95 @@
+#include "editing/posted_values.h"
+
+#include "automation/text.h"
+#include "blob/copy.h"
+#include "editing/refusal.h"
+#include "engine/page.h"
+#include "engine/report.h"
+
+namespace tabrixdb {
+
+namespace {
+
+bool is_text(const platform::Column& column) {
+    return platform::type_class(column.type) == platform::TypeClass::Text &&
+           column.type != platform::data_type::kBoolean;
+}
+
+std::string expected_by(const platform::Column& column) {
+    switch (platform::type_class(column.type)) {
+    case platform::TypeClass::Number:
+        return "a number that fits here";
+    case platform::TypeClass::Date:
+        return "a date";
+    case platform::TypeClass::Text:
+        break;
+    }
+    return column.type == platform::data_type::kBoolean ? "True or False" : "a value that fits here";
+}
+
+void assign(const Edit& edit, std::size_t column, const DbField& field, const std::string& value) {
+    const platform::Column& info = edit.records().columns()[column];
+    if (edit.shown.is_posted() && is_text(info) && info.defined_size > 0 &&
+        utf16_length(value) > static_cast<std::size_t>(info.defined_size))
+        throw bad_value(field, "At most " + std::to_string(info.defined_size) + " characters.");
+    try {
+        edit.records().set_value(column, Variant(value));
+    } catch (const Error&) {
+        if (!edit.shown.is_posted())
+            throw;
+        throw bad_value(field, "\"" + value + "\" is not " + expected_by(info) + ".");
+    }
+}
+
+// What a posted value means for its column.
+std::string meant_value(const Edit& edit, const PostedForm& form, const platform::Column& column,
+                        const DbField& field, std::string posted) {
+    const bool unchecked = edit.shown.is_posted() && is_check_kind(field.view_kind(form.mode()));
+    if (posted.empty() && unchecked && column.type == platform::data_type::kBoolean)
+        return "False";
+    if (posted.empty() && form.mode() == FormMode::Add && !unchecked)
+        return field.default_value;
+    return posted;
+}
+
+// Gives a field the file that an upload has left under that name.
+void take_upload(const Edit& edit, const DbField& field, const std::string& file) {
+    try {
+        // A name from outside must not lead out of the folder.
+        if (file.find_first_of("/\\:") != std::string::npos || file.starts_with('.'))
+            throw Error(53);
+        copy_file_to_field(edit.records(), field.name, server().map_path("/TabrixDb/temp/" + file));
+    } catch (const Error&) {
+        if (!edit.shown.is_posted())
+            throw;
+        throw bad_value(field, "The file \"" + file + "\" was not received; choose it once more.");
+    }
+}
+
+} // namespace
+
+bool assign_values(const Edit& edit, const PostedForm& form, std::int16_t row, std::string_view label) {
+    const auto& columns = edit.records().columns();
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        std::optional<std::string> posted = form.value(i, row);
+        if (!posted || (form.mode() == FormMode::Edit && form.is_unchanged(i, *posted)))
+            continue;
+        const DbField& field = edit.source.field_of(columns[i].name);
+        if (is_database_upload(field.view_kind(form.mode()))) {
+            take_upload(edit, field, *posted);
+            continue;
+        }
+        const std::string value = meant_value(edit, form, columns[i], field, std::move(*posted));
+        if (value.empty() && !field.can_be_null) {
+            const std::string message = "The Field " + html_encode(field.name) + " Cannot be Zero Length.";
+            if (edit.shown.is_posted())
+                throw Refusal{message};
+            report({"", message, "TabrixDb", std::string(label)});
+            return false;
+        }
+        assign(edit, i, field, value);
+    }
+    return true;
+}
+
+} // namespace tabrixdb
