@@ -21,7 +21,7 @@ struct PageSettings {
     std::int32_t script_seconds = 90;
     std::size_t recursion = 256;
     std::int32_t session_minutes = 20;
-    mail::Settings mail;
+    mail::Settings mail = {};
 
     static constexpr std::uint32_t kUtf8Default = 65001;
 };

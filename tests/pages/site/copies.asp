@@ -16,7 +16,7 @@ Select Case Request("case")
 Case "sizes"
     ' Made by the page as a file of ASCII, which takes a byte a character.
     Dim text
-    For Each size In Array(0, 1, 65535, 65536, 65537, 200000)
+    For Each size In Array(0, 1, 65535, 65536, 65537, 20000000)
         Set text = Server.CreateObject("Scripting.FileSystemObject").CreateTextFile(path)
         If size > 0 Then text.Write String(size - 1, "a") & "Z"
         text.Close
