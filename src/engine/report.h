@@ -16,8 +16,8 @@ struct ErrorReport {
     std::string location;    // the reporting procedure's label
 };
 
-// Renders the error page into the response and ends the page; mails it to AdminEmail. The first report is the one that is shown:
-// what fails after it, on the way out, is a consequence and is dropped.
+// Renders the error page into the response and ends the page; mails it to AdminEmail. The first report is the
+// one that is shown: what fails after it, on the way out, is a consequence and is dropped.
 void report(const ErrorReport& error);
 // Adds a second report to the first: it is shown although the page has ended.
 void report_also(const ErrorReport& addition);

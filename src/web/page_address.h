@@ -10,7 +10,8 @@ namespace tabrixdb {
 // Scheme and host of the page that is served: "https://" when the server variable HTTPS is ON, in any case.
 std::string site_address(platform::Request& request);
 
-// The absolute address of the page that is served: the site's and URL, with "?" and the query string when `with_query` and there is one.
+// The absolute address of the page that is served: the site's and URL, with "?" and the query string when
+// `with_query` and there is one.
 std::string page_address(platform::Request& request, bool with_query);
 
 // The current query string with the name=value pairs of `pairs` ("a=1&b=2") put in: a name that is there,
