@@ -84,7 +84,8 @@ std::string format_currency(const Variant& value, const NumberStyle& style) {
 
 std::string format_percent(const Variant& value, const NumberStyle& style) {
     Decimal decimal = decimal_of(value);
-    decimal.point += 2;
+    if (!decimal.digits.empty())
+        decimal.point += 2;
     decimal.round_to(style.decimals);
     return signed_text(decimal, style, magnitude_text(decimal, style) + "%");
 }

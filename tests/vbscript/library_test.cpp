@@ -448,6 +448,7 @@ TEST(Library, Formatting) {
         {"FormatCurrency", {Variant::currency(9223372036854775807), 4}, "String $922,337,203,685,477.5807"},
         {"FormatPercent", {0.12345}, "String 12.35%"},
         {"FormatPercent", {1, 0}, "String 100%"},
+        {"FormatPercent", {0}, "String 0.00%"},
         {"FormatDateTime", {date(43861.75)}, "String 1/31/2020 6:00:00 PM"},
         {"FormatDateTime", {date(43861.75), 1}, "String Friday, January 31, 2020"},
         {"FormatDateTime", {date(43861.75), 2}, "String 1/31/2020"},
