@@ -58,10 +58,10 @@ lines.ROW = 3
 db.Grid.Add lines, "lines"
 
 db.ShowFilterIcons = False
-db.CreateGrid "orders", "orders", Server.MapPath("templates/contents.htm"), "", "", 4, 2
+db.CreateGrid "parcels", "orders", Server.MapPath("templates/contents.htm"), "", "", 4, 2
 %>
 <div class="tabrixdb records">
-<%= db.Grid("orders") %>
+<%= db.Grid("parcels") %>
 </div>
 <%
 ShowSource "contents.asp"

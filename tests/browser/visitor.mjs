@@ -31,6 +31,17 @@ export function demoVisitor() {
         },
 
         follow: (link, page = visitor.tab) => Promise.all([page.waitForNavigation(), page.locator(link).first().click()]),
+
+        /** Clicks a link that asks something, and answers. Gives the question. */
+        async answer(accept, link, page = visitor.tab) {
+            const question = page.waitForEvent('dialog').then(async (dialog) => {
+                await (accept ? dialog.accept() : dialog.dismiss());
+                return dialog.message();
+            });
+            const click = () => page.locator(link).first().click();
+            const [asked] = await Promise.all([question, accept ? page.waitForNavigation() : undefined, click()]);
+            return asked;
+        },
     };
 
     before(async () => {
