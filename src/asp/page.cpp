@@ -7,6 +7,7 @@
 #include "asp/code_page.h"
 #include "automation/locale.h"
 #include "mail/new_mail.h"
+#include "scripting/classes.h"
 #include "scripting/script_control.h"
 #include "vbscript/library.h"
 
@@ -210,6 +211,10 @@ bool Page::may_mail_error() {
     if (!admitted)
         site_.log("An error was not mailed: there were too many within an hour.");
     return admitted;
+}
+
+Ref<Object> Page::new_object(std::string_view name) {
+    return equal_ignore_case(name, "RegExp") ? scripting::create_object("VBScript.RegExp") : Ref<Object>();
 }
 
 Ref<Object> Page::create_object(std::string_view program_id) {

@@ -57,6 +57,7 @@ public:
 
     // --- vbscript::Environment
     Ref<Object> create_object(std::string_view program_id) override;
+    Ref<Object> new_object(std::string_view name) override;
     Object* global_object(std::string_view name) override;
 
     void write(const Variant& value) override { response_->write_value(value); }

@@ -2,6 +2,7 @@
 
 #include "automation/error.h"
 #include "automation/member.h"
+#include "scripting/reg_exp.h"
 
 #include <chrono>
 #include <vector>
@@ -78,6 +79,10 @@ void ScriptControl::set_state(std::int32_t state) {
 
 Ref<Object> ScriptControl::EmptyWorld::create_object(std::string_view) {
     throw Error(kErrorCannotCreate);
+}
+
+Ref<Object> ScriptControl::EmptyWorld::new_object(std::string_view name) {
+    return equal_ignore_case(name, "RegExp") ? Ref<Object>(make_ref<RegExp>()) : Ref<Object>();
 }
 
 vbscript::Machine& ScriptControl::machine() {

@@ -42,6 +42,9 @@ private:
 
         Ref<Object> create_object(std::string_view) override;
 
+        // RegExp belongs to the language.
+        Ref<Object> new_object(std::string_view name) override;
+
         Object* global_object(std::string_view) override { return nullptr; }
 
         void write(const Variant&) override {}

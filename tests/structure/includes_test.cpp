@@ -26,7 +26,8 @@ const std::vector<std::pair<std::string, std::string>> kForbidden = {
 // Headers of the outside world that have one room each.
 const std::vector<std::pair<std::string, std::string>> kOnlyIn = {
     {"windows.h", "com"},       {"sql.h", "ado/odbc"},   {"sqlite3.h", "ado/sqlite"},
-    {"microhttpd.h", "server"}, {"curl/curl.h", "mail"}, {"sys/socket.h", "server"}};
+    {"microhttpd.h", "server"}, {"curl/curl.h", "mail"}, {"pcre2.h", "scripting"},
+    {"sys/socket.h", "server"}};
 
 // What a line includes, or "".
 std::string included_by(const std::string& line) {

@@ -111,7 +111,7 @@ private:
     Ref<Collection> names_ = make_ref<Collection>();
 };
 
-class TestEnvironment final : public Environment {
+class TestEnvironment : public Environment {
 public:
     explicit TestEnvironment(Interrupt& interrupt) : interrupt_(interrupt) {}
 
