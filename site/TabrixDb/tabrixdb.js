@@ -22,10 +22,15 @@
 
     const hiddenField = (name, suffix) => document.querySelector(`input[name="${CSS.escape(`${name}_${suffix}`)}"]`);
 
-    const isGrid = (name) => Boolean(name && hiddenField(name, 'command') && hiddenField(name, 'params'));
-
     // Attributes, because a field of the form may be called "name" or "id" and hide the form's own property.
     const nameOf = (form) => form?.getAttribute('name') ?? '';
+
+    /** A page may also have the fields in a form without a name, with a button of its own. */
+    function isGrid(name) {
+        const command = name && hiddenField(name, 'command');
+        return Boolean(command && hiddenField(name, 'params')
+            && (nameOf(command.form) === name || document.getElementsByName(`${name}_end`).length));
+    }
 
     function allForms() {
         const names = [...document.querySelectorAll('input[name$="_command"]')].map((field) => field.name.slice(0, -'_command'.length));

@@ -12,8 +12,8 @@ page_title = "Order desk"
 saved in it shows in the list at once. The lines are a third grid, with pages and a sort order of their own.</p>
 <%
 db.CreateSource "sales", _
-    "select orders.id, ordered, customers.name as customer, status, paid, shipped, freight, total, note" & Encoded("note") & _
-    " from orders join customers on customers.id = customer_id order by orders.id desc", "shop"
+    "select id, ordered, (select " & EncodedText("name") & " from customers where id = customer_id) as customer, " & _
+    "status, paid, shipped, freight, total, note" & Encoded("note") & " from orders order by id desc", "shop"
 
 ShowEncoded "sales", "note"
 With db.Source("sales")

@@ -218,15 +218,52 @@ describe('tabrixdb.js', () => {
         }
     });
 
-    test('a delete asks first', async () => {
-        await open();
-        tab.once('dialog', (dialog) => dialog.dismiss());
-        await tab.evaluate("edit_grid(0, 'orders','delete')");
-        assert.equal(posted, undefined);
-        tab.once('dialog', (dialog) => dialog.accept());
-        await command("edit_grid(0, 'orders','delete')");
-        assert.equal(posted.orders_params, 'orders;delete;0');
-    });
+    // The first row of the grid is being edited; a grid in it has a form of its own.
+    const typing = {
+        nothing: () => {},
+        text: () => tab.fill('[name=Name_1]', 'Eve'),
+        area: () => tab.fill('[name=Note_1]', 'Ring once'),
+        choice: () => tab.getByLabel('By sea').check(),
+        list: () => tab.selectOption('[name=Size_1]', ''),
+        inner: () => tab.locator('[name=Text_1]').first().fill('1'),
+        'text, put back': async () => { await typing.text(); await tab.fill('[name=Name_1]', 'Ada'); },
+        'all, reset': async () => { await typing.text(); await typing.choice(); await typing.list(); await tab.evaluate("reset_form('orders')"); },
+    };
+    const lost = 'What you have typed is not saved. Go on without it?';
+    for (const [typed, call, question] of [
+        ...['text', 'area', 'choice', 'list', 'inner'].map((typed) => [typed, "grid_navigate('orders','next_page')", lost]),
+        ...['nothing', 'text, put back', 'all, reset'].map((typed) => [typed, "grid_navigate('orders','next_page')", '']),
+        ['text', "grid_sort('Name',' ASC ','orders')", lost],
+        ['text', "clear_filter('orders')", lost],
+        ['text', "toggle_to_form('orders')", lost],
+        ['text', "edit_grid(1, 'orders','edit')", lost],
+        ['text', "grid_navigate('lines_1','next_page')", lost],
+        ['text', "grid_pageoffset(1, 'orders' )", ''],
+        ['text', "edit_source('orders','add')", ''],
+        ['text', "filter_grid_source('orders','filter_grid_source')", ''],
+        ['text', "edit_grid(0, 'orders','cancel')", ''],
+        ['text', "edit_source('orders','cancel')", ''],
+        ['choice', "edit_grid(0, 'orders','update')", ''],
+        ['choice', "edit_source('orders','update')", ''],
+        ['inner', "edit_grid(0, 'orders','cancel')", lost],
+        ['nothing', "edit_grid(1, 'orders','delete')", 'Delete this record?'],
+        ['text', "edit_grid(1, 'orders','delete')", 'Delete this record?'],
+        ['inner', "edit_grid(1, 'orders','delete')", 'Delete this record? What you have typed and not saved may be lost.'],
+    ]) {
+        test(`${call} after typing ${typed} asks "${question}"`, async () => {
+            await open();
+            await typing[typed]();
+            if (question) {
+                const asked = tab.waitForEvent('dialog').then(async (dialog) => { await dialog.dismiss(); return dialog.message(); });
+                await tab.evaluate(call);
+                assert.equal(await asked, question);
+                assert.equal(posted, undefined);
+                tab.once('dialog', (dialog) => dialog.accept());
+            }
+            await command(call);
+            assert.notEqual(posted, undefined);
+        });
+    }
 
     test('the next page is shown at the old place, and reloading it does not post again', async () => {
         await open();

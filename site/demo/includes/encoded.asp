@@ -1,11 +1,16 @@
 <%
 ' Rows show values as they are, as HTML. Text that visitors can edit is shown from a second column of the query, encoded.
 
+' For the query: a column as text of a page.
+Function EncodedText(column)
+    EncodedText = "replace(replace(" & column & ", '&', '&amp;'), '<', '&lt;')"
+End Function
+
 ' For the query: each of these columns encoded, as column_shown.
 Function Encoded(columns)
     Dim column
     For Each column In Split(columns, ",")
-        Encoded = Encoded & ", replace(replace(" & column & ", '&', '&amp;'), '<', '&lt;') as " & column & "_shown"
+        Encoded = Encoded & ", " & EncodedText(column) & " as " & column & "_shown"
     Next
 End Function
 
