@@ -2,12 +2,13 @@
 <% Option Explicit %>
 <!-- #include file="includes/shop.asp" -->
 <!-- #include file="includes/source.asp" -->
+<!-- #include file="includes/encoded.asp" -->
 <%
 Dim page_title, city, chosen, lines
 page_title = "Contents"
 city = Request.QueryString("city")
 chosen = "where shipped is not null "
-If Len(city) > 0 Then chosen = chosen & "and city = '" & Replace(city, "'", "''") & "' "
+If Len(city) > 0 Then chosen = chosen & "and " & EncodedText("city") & " = '" & Replace(city, "'", "''") & "' "
 %>
 <!-- #include file="includes/head.asp" -->
 <p class="lead">What a column shows can be a small template of its own, filled from the whole record: a link, a price that
@@ -17,7 +18,8 @@ is worked out, or a grid. Here the last column of each order holds the grid of i
 <% End If %>
 <%
 db.CreateSource "orders", _
-    "select orders.id, ordered, shipped, customers.name as customer, email, city, status, freight, total, " & _
+    "select orders.id, ordered, shipped, " & EncodedText("customers.name") & " as customer, " & _
+    EncodedText("email") & " as email, " & EncodedText("city") & " as city, status, freight, total, " & _
     "null as tax, null as lines from orders join customers on customers.id = customer_id " & chosen & _
     "order by orders.id desc", "shop"
 

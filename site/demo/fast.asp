@@ -2,6 +2,7 @@
 <% Option Explicit %>
 <!-- #include file="includes/shop.asp" -->
 <!-- #include file="includes/source.asp" -->
+<!-- #include file="includes/encoded.asp" -->
 <%
 Dim page_title
 page_title = "Best customers"
@@ -11,9 +12,9 @@ page_title = "Best customers"
 For lists that are only read, such as these twelve.</p>
 <%
 db.CreateFastGrid "best", _
-    "select customers.name as Customer, customers.city as City, count(*) as Orders, printf('%.2f', sum(total)) as Spent, " & _
+    "select " & EncodedText("customers.name") & " as Customer, " & EncodedText("customers.city") & " as City, count(*) as Orders, printf('%.2f', sum(total)) as Spent, " & _
     "max(date(shipped)) as ""Last parcel"" from customers join orders on customers.id = customer_id " & _
-    "group by customers.id order by sum(total) desc", "shop", 12, 0, _
+    "group by customers.id order by sum(total) desc, customers.id", "shop", 12, 0, _
     "<table class=""fast"">", "<td>", "</td>", "<th>", "</th>"
 %>
 <div class="tabrixdb">

@@ -2,6 +2,7 @@
 <% Option Explicit %>
 <!-- #include file="includes/shop.asp" -->
 <!-- #include file="includes/source.asp" -->
+<!-- #include file="includes/encoded.asp" -->
 <%
 Dim page_title, field
 page_title = "Orders"
@@ -11,7 +12,7 @@ page_title = "Orders"
 and the bar below. Sort and filter with the icons in the captions.</p>
 <%
 db.CreateSource "orders", _
-    "select orders.id, ordered, customers.name as customer, country, status, paid, total " & _
+    "select orders.id, ordered, " & EncodedText("customers.name") & " as customer, " & EncodedText("country") & " as country, status, paid, total " & _
     "from orders join customers on customers.id = customer_id order by orders.id desc", "shop"
 
 With db.Source("orders")

@@ -2,7 +2,9 @@
 <% Option Explicit %>
 <!-- #include file="includes/shop.asp" -->
 <!-- #include file="includes/source.asp" -->
+<!-- #include file="includes/encoded.asp" -->
 <%
+Const kTexts = "name,company,email,city,country"
 Dim page_title
 page_title = "Three files"
 %>
@@ -10,7 +12,8 @@ page_title = "Three files"
 <p class="lead">Customers, in a grid from three files: one for the head, one for a row, one for the bar below.
 Each is a table that a browser shows by itself; the engine joins them into one.</p>
 <%
-db.CreateSource "customers", "select id, name, company, email, phone, city, country, since from customers order by id", "shop"
+db.CreateSource "customers", "select id, " & kTexts & ", since" & Encoded(kTexts) & " from customers order by id", "shop"
+ShowEncoded "customers", kTexts
 With db.Source("customers")
     .Fields("name").Caption = "Name"
     .Fields("company").Caption = "Company"

@@ -132,7 +132,7 @@ describe('searching', () => {
         const rows = await visitor.tab.locator('.fast tr').evaluateAll((all) => all.map((row) => [...row.cells].map((cell) => cell.innerText.trim())));
         assert.deepEqual(rows[0], ['', 'Customer', 'City', 'Orders', 'Spent', 'Last parcel']);
         const stored = query(`select customers.name, customers.city, count(*) || '' as orders, printf('%.2f', sum(total)) as spent, max(date(shipped)) as last
-            from customers join orders on customers.id = customer_id group by customers.id order by sum(total) desc limit 12`);
+            from customers join orders on customers.id = customer_id group by customers.id order by sum(total) desc, customers.id limit 12`);
         assert.deepEqual(rows.slice(1, -1), stored.map(Object.values));
     });
 });

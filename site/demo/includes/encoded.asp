@@ -1,9 +1,10 @@
 <%
-' Rows show values as they are, as HTML. Text that visitors can edit is shown from a second column of the query, encoded.
+' Rows show values as they are, as HTML. Text that visitors can edit is encoded by the query, for grids that edit it
+' in a second column.
 
 ' For the query: a column as text of a page.
 Function EncodedText(column)
-    EncodedText = "replace(replace(" & column & ", '&', '&amp;'), '<', '&lt;')"
+    EncodedText = "replace(replace(replace(" & column & ", '&', '&amp;'), '<', '&lt;'), '""', '&quot;')"
 End Function
 
 ' For the query: each of these columns encoded, as column_shown.
