@@ -11,13 +11,6 @@ namespace {
 
 constexpr std::string_view kBlanks = " \t\r\n";
 
-std::string_view trimmed(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(kBlanks);
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
-
 // The sign that ends a value which begins with `open`; 0 for a plain value.
 char closing_sign(char open) {
     return open == '"' || open == '\'' ? open : open == '{' ? '}' : '\0';
@@ -50,7 +43,7 @@ ConnectionString::ConnectionString(std::string_view text) {
     while (at < text.size()) {
         const std::size_t sign = text.find_first_of("=;", at);
         if (sign == std::string_view::npos || text[sign] == ';') {
-            if (!trimmed(text.substr(at, sign - at)).empty())
+            if (!trimmed(text.substr(at, sign - at), kBlanks).empty())
                 throw error(Code::InvalidArgument, kConnectionSource,
                             "The connection string has a setting without \"=\".");
             if (sign == std::string_view::npos)
@@ -58,13 +51,13 @@ ConnectionString::ConnectionString(std::string_view text) {
             at = sign + 1;
             continue;
         }
-        std::string key(trimmed(text.substr(at, sign - at)));
+        std::string key(trimmed(text.substr(at, sign - at), kBlanks));
         at = std::min(text.find_first_not_of(kBlanks, sign + 1), text.size());
         std::string value;
         if (at < text.size() && closing_sign(text[at]))
             value = quoted_value(text, at);
         const std::size_t end = std::min(text.find(';', at), text.size());
-        value.append(trimmed(text.substr(at, end - at)));
+        value.append(trimmed(text.substr(at, end - at), kBlanks));
         settings_.emplace_back(std::move(key), std::move(value));
         at = end + 1;
     }

@@ -12,13 +12,6 @@ namespace {
 
 constexpr std::string_view kBlanks = " \t\r\n\f\v";
 
-std::string_view trimmed(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(kBlanks);
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
-
 class FilterParser {
 public:
     explicit FilterParser(std::string_view text) : text_(text) {
@@ -208,10 +201,10 @@ bool take_direction(std::string_view& item) {
     const std::size_t before = bracket != std::string_view::npos ? bracket : blank;
     if (before == std::string_view::npos)
         return false;
-    const std::string_view word = trimmed(item.substr(before + 1));
+    const std::string_view word = trimmed(item.substr(before + 1), kBlanks);
     const bool descending = equal_ignore_case(word, "DESC");
     if (descending || equal_ignore_case(word, "ASC"))
-        item = trimmed(item.substr(0, before + 1));
+        item = trimmed(item.substr(0, before + 1), kBlanks);
     return descending;
 }
 
@@ -246,11 +239,11 @@ std::vector<SortTerm> parse_sort(std::string_view text) {
     if (text.size() > kMaxExpressionBytes)
         fail_sort("The sort order is too long.");
     std::vector<SortTerm> terms;
-    if (trimmed(text).empty())
+    if (trimmed(text, kBlanks).empty())
         return terms;
     for (std::size_t at = 0; at <= text.size();) {
         const std::size_t end = item_end(text, at);
-        std::string_view item = trimmed(text.substr(at, end - at));
+        std::string_view item = trimmed(text.substr(at, end - at), kBlanks);
         const bool descending = take_direction(item);
         if (item.starts_with('[') && item.ends_with(']'))
             item = item.substr(1, item.size() - 2);

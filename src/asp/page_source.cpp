@@ -20,12 +20,6 @@ bool is_blank(char c) {
     return kBlanks.find(c) != std::string_view::npos;
 }
 
-std::string_view trimmed(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(kBlanks);
-    return first == std::string_view::npos ? std::string_view()
-                                           : text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
-
 bool starts_with_word(std::string_view text, std::string_view word) {
     return text.size() >= word.size() && equal_ignore_case(text.substr(0, word.size()), word);
 }
@@ -334,7 +328,8 @@ private:
     static void add(std::vector<Piece>& pieces, Frame& frame, Piece::Kind kind, std::size_t from,
                     std::size_t to) {
         const std::string_view text = frame.text.substr(from, to - from);
-        if (kind == Piece::Kind::Literal ? text.empty() : kind == Piece::Kind::Code && trimmed(text).empty())
+        if (kind == Piece::Kind::Literal ? text.empty()
+                                         : kind == Piece::Kind::Code && trimmed(text, kBlanks).empty())
             return;
         pieces.push_back({kind, text, frame.places.of(from)});
     }

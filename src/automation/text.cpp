@@ -398,10 +398,11 @@ std::string lower(std::string_view text) {
     return map_case(text, ascii_lower, lower_two_byte);
 }
 
-std::string_view trimmed(std::string_view text) noexcept {
-    const std::size_t first = text.find_first_not_of(' ');
-    return first == std::string_view::npos ? std::string_view()
-                                           : text.substr(first, text.find_last_not_of(' ') - first + 1);
+std::string_view trimmed(std::string_view text, std::string_view characters) noexcept {
+    const std::size_t first = text.find_first_not_of(characters);
+    return first == std::string_view::npos
+               ? std::string_view()
+               : text.substr(first, text.find_last_not_of(characters) - first + 1);
 }
 
 std::string upper(std::string_view text) {

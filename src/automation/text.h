@@ -134,8 +134,8 @@ std::string replace_ignore_case(std::string_view text, std::string_view wanted, 
 std::string replace_all(std::string_view text, std::string_view wanted, std::string_view with);
 // The parts between separators, empty ones included; none for an empty text. Views into `text`.
 std::vector<std::string_view> split(std::string_view text, char separator);
-// Without the blanks at both ends. A view into `text`.
-std::string_view trimmed(std::string_view text) noexcept;
+// Without such characters at both ends. A view into `text`.
+std::string_view trimmed(std::string_view text, std::string_view characters = " ") noexcept;
 std::string upper(std::string_view text);
 std::string lower(std::string_view text);
 

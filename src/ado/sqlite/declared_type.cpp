@@ -64,14 +64,6 @@ constexpr Known kKnown[] = {
     {"IMAGE", type::kLongVarBinary},
 };
 
-std::string_view trimmed(std::string_view text) {
-    while (text.starts_with(' '))
-        text.remove_prefix(1);
-    while (text.ends_with(' '))
-        text.remove_suffix(1);
-    return text;
-}
-
 // The number at the start of `text` (a sign or blanks before it are skipped), not above `most`.
 std::int32_t number_in(std::string_view text, std::int32_t most) noexcept {
     const std::size_t first = text.find_first_of("0123456789");
