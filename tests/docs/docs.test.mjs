@@ -23,24 +23,69 @@ test('every setting stands in the documentation and in the site with the same de
     for (const [name, value] of documented) assert.ok(commented.get(name).startsWith(value), name);
 });
 
-test('the first steps lead to a grid', (t) => {
+/** The site of the first steps in a folder of its own: write(page) sets its page, run(options) gives what that writes. */
+function firstSteps(t) {
     const folder = mkdtempSync(join(tmpdir(), 'tabrixdb-'));
     t.after(() => rmSync(folder, { recursive: true, force: true }));
     const steps = read('docs/getting-started.md');
     const site = join(folder, 'my-site');
     cpSync(join(root, 'site/TabrixDb'), join(folder, 'site/TabrixDb'), { recursive: true });
     execFileSync('bash', ['-euc', blocks(steps, 'sh').find((code) => code.includes('mkdir'))], { cwd: folder });
-
-    const [page, templated] = blocks(steps, 'asp');
-    const run = (text) => {
-        writeFileSync(join(site, 'default.asp'), text);
-        return execFileSync(program, ['run', join(site, 'default.asp')], { encoding: 'utf8', stdio: 'pipe' });
+    return {
+        site,
+        steps,
+        write: (text) => writeFileSync(join(site, 'default.asp'), text),
+        run: (...options) => execFileSync(program, ['run', join(site, 'default.asp'), ...options], { encoding: 'utf8', stdio: 'pipe' }),
     };
-    assert.match(run(page), /<b>Of tables and rows<\/b>.*<b>1998<\/b>.*<b>18\.5<\/b>/);
+}
+
+test('the first steps lead to a grid', (t) => {
+    const { site, steps, write, run } = firstSteps(t);
+    const [page, templated] = blocks(steps, 'asp');
+    write(page);
+    assert.match(run(), /<b>Of tables and rows<\/b>.*<b>1998<\/b>.*<b>18\.5<\/b>/);
     writeFileSync(join(site, 'books.htm'), blocks(steps, 'html').find((code) => code.includes('content_start')));
-    const html = run(page.replace('db.CreateGrid "books", "books"\n', templated));
+    write(page.replace('db.CreateGrid "books", "books"\n', templated));
+    const html = run();
     assert.match(html, /<tr><td>The patient query \(2004\)<\/td><td>24\.00<\/td><\/tr>/);
     assert.match(html, />Back<\/a> 1 \/ 1 <a /);
+});
+
+test('the grids of the documentation edit, search, feed each other and are fast', (t) => {
+    const { site, steps, write, run } = firstSteps(t);
+    const text = read('docs/grids.md');
+    const code = (start) => blocks(text, 'asp').find((block) => block.includes(start));
+    const template = (name, sign) => writeFileSync(join(site, name), blocks(text, 'html').find((block) => block.includes(sign)));
+    template('editing.htm', 'btn_edit_row');
+    template('filter.htm', 'title_operator');
+    writeFileSync(join(site, 'list.htm'), '<table><!--tabrixdb:content_start-->#~record_pointer_list~#<!--tabrixdb:content_end--></table>');
+    writeFileSync(join(site, 'form.htm'), '<table><!--tabrixdb:content_start-->#~title~#, #~year~#<!--tabrixdb:content_end--></table>');
+    const connection = blocks(steps, 'asp')[0].match(/^Set db[\s\S]*?(?=^db\.CreateSource)/m)[0];
+    write(`<%\n${connection}${code('"editing"')}${code('CreateFilter')}${code('"book", "list"')}${code('CreateFastGrid')}
+        Response.Write db.Grid("editing") & db.Grid("book")\n%>`);
+    const post = (fields) => run('--form', new URLSearchParams(fields).toString());
+    const stored = () => execFileSync('sqlite3', [join(site, 'data/library.db'), 'select id, title, price from books'], { encoding: 'utf8' }).trim().split('\n');
+    const shown = (html) => html.match(/name="editing_shown" value="(.*?)"/)[1];
+
+    const first = run();
+    assert.match(first, /<table><tr>\s*<th>\s*<\/th>\s*<th>\s*title<\/th>[\s\S]*Joins in the rain[\s\S]*The patient query/);
+    assert.match(first, /<SELECT name='title_operator' ><option SELECTED value='LIKE'>[\s\S]*name="title" [\s\S]*name='year_andor'/);
+    assert.match(first, /Of tables and rows, 1998/);
+    assert.match(post({ list_command: 'grid_offset', list_params: '2' }), /Joins in the rain, 2011/);
+
+    const editing = post({ editing_command: 'edit_grid', editing_params: 'editing;edit;1' });
+    assert.match(editing, /name="title_2" value="The patient query" size=30\s+MaxLength="80"/);
+    const save = { editing_command: 'edit_grid', editing_params: 'editing;update;1', editing_shown: shown(editing), title_2: 'The query' };
+    assert.match(post({ ...save, price_2: 'cheap' }), /Nothing was saved\. price: &quot;cheap&quot; is not a number/);
+    post({ ...save, price_2: '25.5' });
+    assert.match(post({ ...save, price_2: '1' }), /somebody else has changed this record/);
+    const adding = post({ editing_command: 'edit_source', editing_params: 'editing;add' });
+    post({ editing_command: 'edit_source', editing_params: 'editing;addnew', editing_shown: shown(adding), title: 'New', price: '' });
+    assert.deepEqual(stored(), ['1|Of tables and rows|18.5', '2|The query|25.5', '3|Joins in the rain|21.75', '4|New|']);
+
+    const found = post({ shelf_command: 'filter_source', title: '%the%', title_operator: 'LIKE', year: '2010', year_operator: '>', year_andor: 'And' });
+    assert.equal(found.match(/edit_grid\(\d+, 'editing','edit'\)/g).length, 1);
+    assert.match(found, /Joins in the rain, 2011/);
 });
 
 // Tables with the columns "Example" and "Gives", by the section that they stand in. A cell without code stands for the empty text.
