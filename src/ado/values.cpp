@@ -38,6 +38,15 @@ Cell whole_cell(const Variant& value) {
     return Cell::integer(to_longlong(value));
 }
 
+// A database may hold more in such a column than its type says, but gets no more.
+template <class T>
+Cell small_cell(const Variant& value) {
+    const Cell cell = whole_cell(value);
+    if (!fits<T>(cell.whole))
+        throw Error(kErrorOverflow);
+    return cell;
+}
+
 Cell decimal_cell(const Variant& value) {
     if (value.is_whole())
         return whole_cell(value);
@@ -57,9 +66,12 @@ OwnedCell text_cell(const Variant& value) {
 OwnedCell typed_cell(const Variant& value, std::int32_t data_type) {
     switch (data_type) {
     case type::kSmallInt:
-    case type::kInteger:
+        return OwnedCell(small_cell<std::int16_t>(value));
     case type::kTinyInt:
+        return OwnedCell(small_cell<std::int8_t>(value));
     case type::kUnsignedTinyInt:
+        return OwnedCell(small_cell<std::uint8_t>(value));
+    case type::kInteger:
     case type::kBigInt:
         return OwnedCell(whole_cell(value));
     case type::kSingle:

@@ -56,8 +56,8 @@ Refusal bad_value(const DbField& field, std::string_view why) {
     return {.message = "Nothing was saved. " + caption_of(field) + ": " + html_encode(why)};
 }
 
-Refusal not_written(std::string_view why) {
-    return {.message = "Nothing was saved: " + html_encode(why)};
+Refusal not_written(std::string_view why, std::string_view done) {
+    return {.message = "Nothing was " + std::string(done) + ": " + html_encode(why)};
 }
 
 } // namespace tabrixdb

@@ -23,7 +23,7 @@ Refusal changed_meanwhile(const DbSource& source, const PostedForm& form, std::i
 Refusal gone_meanwhile(const DbSource& source, const PostedForm& form, std::int16_t row);
 // A value that its column does not take: why.
 Refusal bad_value(const DbField& field, std::string_view why);
-// What the database says about a change.
-Refusal not_written(std::string_view why);
+// What the database says about a change that it did not take, so that nothing was `done` ("saved", "deleted").
+Refusal not_written(std::string_view why, std::string_view done);
 
 } // namespace tabrixdb

@@ -22,6 +22,11 @@ EditResult carry_out(const Edit& edit, Change change) {
     }
 }
 
+// What the command is about, as messages say it.
+std::string_view intent(const Edit& edit) {
+    return edit.command.part(1) == "delete" ? "deleted" : "saved";
+}
+
 template <class Write>
 void write(const Edit& edit, Write operation) {
     try {
@@ -29,7 +34,7 @@ void write(const Edit& edit, Write operation) {
     } catch (const Error& error) {
         if (!edit.shown.is_posted())
             throw;
-        throw not_written(error.description());
+        throw not_written(error.description(), intent(edit));
     }
 }
 
@@ -70,8 +75,7 @@ Found find_or_refuse(const Edit& edit, const PostedForm& form, std::int16_t row)
 // The same, but it must be as it was shown.
 void stand_on_shown(const Edit& edit, const PostedForm& form, std::int16_t row) {
     if (edit.shown.is_posted() && find_or_refuse(edit, form, row) == Found::Changed)
-        throw changed_meanwhile(edit.source, form, row,
-                                edit.command.part(1) == "delete" ? "deleted" : "saved");
+        throw changed_meanwhile(edit.source, form, row, intent(edit));
 }
 
 void remove_record(const Edit& edit) {
