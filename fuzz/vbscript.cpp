@@ -1,5 +1,7 @@
 #include "automation/error.h"
 #include "automation/interrupt.h"
+#include "scripting/classes.h"
+#include "scripting/script_control.h"
 #include "vbscript/machine.h"
 
 #include <cstdint>
@@ -7,7 +9,7 @@
 #include <string>
 
 // Any text is either refused with a compile error or runs, within small limits, to an end or a run-time
-// error.
+// error. `New` makes regular expressions and script controls.
 
 namespace {
 
@@ -17,6 +19,12 @@ using namespace tabrixdb::vbscript;
 class NoWorld final : public Environment {
 public:
     Ref<Object> create_object(std::string_view) override { throw Error(kErrorCannotCreate); }
+
+    Ref<Object> new_object(std::string_view name) override {
+        const bool is_harmless =
+            equal_ignore_case(name, "RegExp") || equal_ignore_case(name, "ScriptControl");
+        return is_harmless ? scripting::create_object(name) : Ref<Object>();
+    }
 
     Object* global_object(std::string_view) override { return nullptr; }
 
@@ -51,7 +59,10 @@ Source pieces_of(std::string text) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     NoWorld world;
-    Interrupt interrupt;
+    // A script control counts no steps: it ends with the run's time.
+    Interrupt interrupt(Interrupt::Clock::now() + std::chrono::milliseconds(500));
+    const Interrupt::Scope scope(interrupt);
+    const scripting::ScriptControl::Run controls;
     Machine machine(world, interrupt, {.recursion = 30, .steps = 500});
     try {
         machine.run(compile(pieces_of({reinterpret_cast<const char*>(data), size})));

@@ -97,6 +97,7 @@ void Page::prepare(const Directives& directives) {
 }
 
 void Page::run_program(const CompiledPage& page) {
+    const scripting::ScriptControl::Run controls;
     vbscript::Machine machine(*this, interrupt_, {.recursion = site_.settings.recursion});
     machine.run(page.program);
 }

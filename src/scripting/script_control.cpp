@@ -55,6 +55,26 @@ const ClassInfo& ScriptControl::class_info() const {
     return info;
 }
 
+ScriptControl::ScriptControl() : run_(Run::current_) {
+    if (run_)
+        run_->controls_.insert(this);
+}
+
+ScriptControl::~ScriptControl() {
+    if (run_)
+        run_->controls_.erase(this);
+}
+
+ScriptControl::Run::~Run() {
+    while (!controls_.empty()) {
+        const Ref<ScriptControl> control(*controls_.begin());
+        controls_.erase(control.get());
+        control->run_ = nullptr;
+        control->machine_.reset();
+    }
+    current_ = outer_;
+}
+
 // --- Settings --------------------------------------------------------------------------------------
 
 void ScriptControl::set_language(std::string_view language) {

@@ -7,6 +7,8 @@
 
 #include <optional>
 #include <string>
+#include <unordered_set>
+#include <utility>
 
 namespace tabrixdb::scripting {
 
@@ -19,6 +21,26 @@ class ScriptControl final : public platform::ScriptControl {
 public:
     static constexpr std::int32_t kDefaultTimeout = 10000; // milliseconds, as pages know it
     static constexpr std::int32_t kNoTimeout = -1;
+
+    // A page's run. Controls that were made in it let go of their code and objects at its end, because page
+    // and control may hold each other: `db.Script.AddObject "db", db`.
+    class Run {
+    public:
+        Run() noexcept : outer_(std::exchange(current_, this)) {}
+
+        ~Run();
+        Run(const Run&) = delete;
+        Run& operator=(const Run&) = delete;
+
+    private:
+        friend class ScriptControl;
+        std::unordered_set<ScriptControl*> controls_;
+        Run* outer_;
+        static inline thread_local Run* current_ = nullptr;
+    };
+
+    ScriptControl();
+    ~ScriptControl() override;
 
     const ClassInfo& class_info() const override;
 
@@ -86,6 +108,7 @@ private:
     vbscript::Machine& machine();
     Variant stopped();
 
+    Run* run_; // that it was made in, while that lasts
     std::string language_ = "VBScript";
     bool allow_ui_ = false;
     bool safe_subset_ = true; // kept for pages that set it: there is no other

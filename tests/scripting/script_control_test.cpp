@@ -82,6 +82,20 @@ TEST(ScriptControl, lives_as_long_as_its_script_runs) {
     EXPECT_EQ(error_of([&] { get(*object, "LetGo", {Variant(holder)}); }), 440);
 }
 
+// Whoever holds whom (the leak checker looks).
+TEST(ScriptControl, circles_end_with_the_run) {
+    Ref<ScriptControl> kept;
+    {
+        const ScriptControl::Run run;
+        kept = make_ref<ScriptControl>();
+        const auto other = make_ref<ScriptControl>();
+        get(*kept, "AddObject", {Variant("other"), Variant(other)});
+        get(*other, "AddObject", {Variant("kept"), Variant(kept)});
+        get(*other, "AddObject", {Variant("self"), Variant(other)});
+    }
+    EXPECT_TRUE(kept->eval("IsEmpty(other)").boolean());
+}
+
 // An object of the control's script is the page's to call: it ends with the page, too.
 TEST(ScriptControl, objects_end_with_the_page) {
     Interrupt page(Interrupt::Clock::now());
