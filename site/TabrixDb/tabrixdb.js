@@ -317,12 +317,11 @@
     /**
      * What a grid requires: [posted name, least number of characters], -1 where any value will do. The engine writes
      * it as the statements of a function, document.<grid>.<name>.required=<n>, for all rows of the page; those without inputs
-     * would make the function fail, and inputs keep no number, so its text is read instead.
+     * would make the function fail, inputs keep no number, and a name may be no identifier, so its text is read instead.
      */
     function requirements(grid) {
-        const written = window[`${grid}_validate`];
-        if (typeof written !== 'function') return [];
-        const statements = Function.prototype.toString.call(written).matchAll(/document\.(\S+?)\.required\s*=\s*(-?\d+)/g);
+        const script = [...document.scripts].find(({ text }) => text.includes(`function ${grid}_validate()`));
+        const statements = script?.text.matchAll(/document\.(\S+?)\.required\s*=\s*(-?\d+)/g) ?? [];
         return [...statements].filter(([, path]) => path.startsWith(`${grid}.`))
             .map(([, path, least]) => [path.slice(grid.length + 1), Number(least)]);
     }

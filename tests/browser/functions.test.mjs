@@ -19,7 +19,7 @@ ${required.map(([field, least]) => `document.${name}.${field}.required=${least};
 </script>`;
 
 // The second row has no inputs, as a row that is not being edited; grids in cells have forms that HTML does not allow.
-const orders = grid('orders', [['Name_1', -1], ['Name_2', -1], ['Note_1', 5], ['Way_1', -1], ['Size_1', -1]],
+const orders = grid('orders', [['Unit-Price_1', -1], ['Name_1', -1], ['Name_2', -1], ['Note_1', 5], ['Way_1', -1], ['Size_1', -1]],
     '<tr><th>Customer</th><th>Note <a href="#"><img alt="Sort Ascending" src="data:,"></a></th><th>Way</th><th>Size</th><th>Lines</th></tr>',
     `<tr><td><input name="Name_1" value="Ada"><input type="hidden" name="submit" value="a field that hides form.submit"></td>
     <td><textarea name="Note_1">Ring twice</textarea></td>
