@@ -15,11 +15,18 @@ namespace {
 constexpr std::array<std::string_view, 5> kCheckKinds = {"CHECKBOX", "CHECKBOX_LIST", "CHOICE",
                                                          "GETCHOICE_FROMFIELD", "GETCHECKBOX_FROMFIELD"};
 
-std::string without(std::string_view text, std::string_view characters) {
-    std::string kept;
-    std::ranges::copy_if(text, std::back_inserter(kept),
-                         [&](char c) { return characters.find(c) == std::string_view::npos; });
-    return kept;
+// With every line break as a browser's text area posts it, or without any as its text box does.
+std::string with_breaks(std::string_view text, std::string_view line_break) {
+    std::string out;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n')
+            continue;
+        if (text[i] == '\r' || text[i] == '\n')
+            out += line_break;
+        else
+            out += text[i];
+    }
+    return out;
 }
 
 // The text of an option as a browser reads it: blanks at the ends go, those within count as one.
@@ -42,7 +49,7 @@ using Items = std::set<std::string>;
 Items chosen_items(std::string_view value) {
     Items items;
     for (const std::string_view item : split(value, ','))
-        items.insert(fold(collapsed(item)));
+        items.insert(fold(trimmed(item)));
     return items;
 }
 
@@ -51,7 +58,7 @@ Items checked_items(const std::vector<std::string>& boxes, std::string_view valu
     const Items chosen = chosen_items(value);
     Items checked;
     for (const std::string& box : boxes)
-        if (std::string item = fold(collapsed(box)); chosen.contains(item))
+        if (std::string item = fold(trimmed(box)); chosen.contains(item))
             checked.insert(std::move(item));
     return checked;
 }
@@ -83,11 +90,14 @@ std::optional<std::string> PostedForm::value(std::size_t column, std::int16_t ro
         return std::nullopt;
     std::string value = field.request_value(row);
     // An upload control posts nothing until a file was chosen.
-    const bool upload = is_database_upload(field.view_kind(mode_)) ||
-                        (field.view_kind(mode_) == "UPLOADIMAGE" && shown_.is_posted());
-    if (upload && value.empty())
+    const bool upload = is_database_upload(field.view_kind(mode_)) || field.view_kind(mode_) == "UPLOADIMAGE";
+    if (upload && value.empty() && shown_.is_posted())
         return std::nullopt;
     return value;
+}
+
+bool PostedForm::has_value(std::size_t column, std::int16_t row) const {
+    return names_.contains(posted_name(source_.records().columns()[column].name, row));
 }
 
 bool PostedForm::has_row(std::int16_t row) const {
@@ -108,10 +118,8 @@ bool PostedForm::is_unchanged(std::size_t column, std::string_view posted) const
         return chosen_items(posted) == checked_items(box_values(source_, field, mode_), shown);
     if (kind == "SELECT")
         return collapsed(posted) == collapsed(shown);
-    // Browsers change line breaks in a text area, and take them out of a text box.
-    const bool area = contains_ignore_case(field.view(mode_), "<textarea");
-    const std::string_view ignored = area ? "\r" : "\r\n";
-    return without(posted, ignored) == without(shown, ignored);
+    const std::string_view line_break = contains_ignore_case(field.view(mode_), "<textarea") ? "\n" : "";
+    return with_breaks(posted, line_break) == with_breaks(shown, line_break);
 }
 
 } // namespace tabrixdb

@@ -27,6 +27,9 @@ public:
     // in a form of one record.
     std::optional<std::string> value(std::size_t column, std::int16_t row) const;
 
+    // Whether a value was posted for a column, of whatever control.
+    bool has_value(std::size_t column, std::int16_t row) const;
+
     // Whether anything was posted for a row.
     bool has_row(std::int16_t row) const;
 

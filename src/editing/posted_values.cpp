@@ -34,10 +34,12 @@ void assign(const Edit& edit, std::size_t column, const DbField& field, const st
         throw bad_value(field, "At most " + std::to_string(info.defined_size) + " characters.");
     try {
         edit.records().set_value(column, Variant(value));
-    } catch (const Error&) {
+    } catch (const Error& error) {
         if (!edit.shown.is_posted())
             throw;
-        throw bad_value(field, "\"" + value + "\" is not " + expected_by(info) + ".");
+        const bool computed = (info.attributes & platform::kFieldUpdatable) == 0;
+        throw bad_value(field, computed ? error.description()
+                                        : "\"" + value + "\" is not " + expected_by(info) + ".");
     }
 }
 
@@ -71,15 +73,15 @@ void take_upload(const Edit& edit, const DbField& field, const std::string& file
 bool assign_values(const Edit& edit, const PostedForm& form, std::int16_t row, std::string_view label) {
     const auto& columns = edit.records().columns();
     for (std::size_t i = 0; i < columns.size(); ++i) {
+        const DbField& field = edit.source.field_of(columns[i].name);
+        if (edit.shown.is_posted() && field.view(form.mode()) == "NORMAL" && form.has_value(i, row))
+            throw unknown_control(field);
         std::optional<std::string> posted = form.value(i, row);
         if (!posted || (form.mode() == FormMode::Edit && form.is_unchanged(i, *posted)))
             continue;
-        const DbField& field = edit.source.field_of(columns[i].name);
-        if (is_database_upload(field.view_kind(form.mode()))) {
-            take_upload(edit, field, *posted);
-            continue;
-        }
-        const std::string value = meant_value(edit, form, columns[i], field, std::move(*posted));
+        const bool upload = is_database_upload(field.view_kind(form.mode()));
+        const std::string value =
+            upload ? std::move(*posted) : meant_value(edit, form, columns[i], field, std::move(*posted));
         if (value.empty() && !field.can_be_null) {
             const std::string message = "The Field " + html_encode(field.name) + " Cannot be Zero Length.";
             if (edit.shown.is_posted())
@@ -87,7 +89,10 @@ bool assign_values(const Edit& edit, const PostedForm& form, std::int16_t row, s
             report({"", message, "TabrixDb", std::string(label)});
             return false;
         }
-        assign(edit, i, field, value);
+        if (!upload)
+            assign(edit, i, field, value);
+        else if (!value.empty())
+            take_upload(edit, field, value);
     }
     return true;
 }

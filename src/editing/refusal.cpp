@@ -26,6 +26,12 @@ std::string list_of(const DbSource& source, const PostedForm& form, std::int16_t
     return items.empty() ? "" : "<ul>" + items + "</ul>";
 }
 
+std::string typed_values(const DbSource& source, const PostedForm& form, std::int16_t row) {
+    return list_of(source, form, row, [](std::size_t, const DbField& field, const std::string& posted) {
+        return item(field, posted);
+    });
+}
+
 } // namespace
 
 Refusal changed_meanwhile(const DbSource& source, const PostedForm& form, std::int16_t row,
@@ -43,13 +49,21 @@ Refusal changed_meanwhile(const DbSource& source, const PostedForm& form, std::i
 }
 
 Refusal gone_meanwhile(const DbSource& source, const PostedForm& form, std::int16_t row) {
-    const std::string typed =
-        list_of(source, form, row, [](std::size_t, const DbField& field, const std::string& posted) {
-            return item(field, posted);
-        });
-    return {.message = "This record is not there any more." +
+    const std::string typed = typed_values(source, form, row);
+    return {.message = "This record is no longer among those shown here." +
                        (typed.empty() ? std::string() : " What you had typed:" + typed),
-            .record_gone = true};
+            .record_gone = true,
+            .told_row = row};
+}
+
+std::string typed_elsewhere(const DbSource& source, const PostedForm& form, std::int16_t row) {
+    const std::string typed = typed_values(source, form, row);
+    return typed.empty() ? "" : "What you had typed for a record that is on another page now:" + typed;
+}
+
+Refusal unknown_control(const DbField& field) {
+    return {.message = "Nothing was saved: the page has changed since this form was shown. " +
+                       caption_of(field) + " can't be saved by it."};
 }
 
 Refusal bad_value(const DbField& field, std::string_view why) {

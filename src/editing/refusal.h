@@ -10,20 +10,27 @@ namespace tabrixdb {
 
 // Thrown, and caught, within this folder: a change that the user is to hear of.
 struct Refusal {
-    std::string message;       // HTML
-    bool record_gone = false;  // there is no record any more that could be shown again
-    std::int16_t told_row = 0; // the form's row of whose record the message says what it holds now
+    std::string message;      // HTML
+    bool record_gone = false; // there is no record any more that could be shown again
+    std::int16_t told_row =
+        0; // the form's row of whose record the message says what it holds now, or what was typed
 };
 
 // The current record is not as it was shown any more, so it was not `done` ("saved", "deleted"): says what it
 // holds now where that is not what was typed.
 Refusal changed_meanwhile(const DbSource& source, const PostedForm& form, std::int16_t row,
                           std::string_view done);
-// The record that a row showed is not there any more: says what was typed for it.
+// The record that a row showed is not there any more, or not among those of this grid: says what was typed
+// for it.
 Refusal gone_meanwhile(const DbSource& source, const PostedForm& form, std::int16_t row);
 // A value that its column does not take: why.
 Refusal bad_value(const DbField& field, std::string_view why);
-// What the database says about a change that it did not take, so that nothing was `done` ("saved", "deleted").
+// What was typed for a row whose record stands on another page now. HTML; "" when nothing was.
+std::string typed_elsewhere(const DbSource& source, const PostedForm& form, std::int16_t row);
+// The form had a control that this page does not know.
+Refusal unknown_control(const DbField& field);
+// What the database says about a change that it did not take, so that nothing was `done` ("saved",
+// "deleted").
 Refusal not_written(std::string_view why, std::string_view done);
 
 } // namespace tabrixdb

@@ -38,12 +38,12 @@ void process_row_edit(const GridCommand& command, GridState state) {
 }
 
 std::int16_t edited_row(const GridState& state) {
-    return state.flag(kEdit) ? to_short(std::int64_t{state.number(kEditRow)} + 1) : std::int16_t{0};
+    const std::int32_t index = state.flag(kEdit) ? state.number(kEditRow) : -1;
+    return index >= 0 && index < INT16_MAX ? static_cast<std::int16_t>(index + 1) : std::int16_t{0};
 }
 
 bool is_row_edited(const Pro& pro, const GridState& state, std::int16_t row) {
-    return equal_ignore_case(pro.grid_edit_mode, "GRID") ||
-           (state.flag(kEdit) && state.number(kEditRow) == row - 1);
+    return equal_ignore_case(pro.grid_edit_mode, "GRID") || edited_row(state) == row;
 }
 
 } // namespace tabrixdb

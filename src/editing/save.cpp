@@ -5,6 +5,8 @@
 #include "editing/refusal.h"
 #include "engine/report.h"
 
+#include <algorithm>
+
 namespace tabrixdb {
 
 namespace {
@@ -103,26 +105,42 @@ void save_row(const Edit& edit, const PostedForm& form, std::int16_t row) {
         return;
     write(edit, [&] { edit.records().update(); });
     edit.records().requery();
-    GridState(edit.state).set("_edit", false);
+    edit.state.set("_edit", false);
 }
 
-// Assigns and writes each row of the page that was posted.
-void write_rows(const Edit& edit, const PostedForm& form, std::int16_t rows) {
-    platform::Recordset& records = edit.records();
-    for (std::int16_t row = 1; row <= rows; ++row) {
-        if (records.eof() && !edit.shown.is_posted())
-            return;
-        const Variant place = records.eof() ? Variant() : records.bookmark();
-        if (form.has_row(row)) {
-            stand_on_shown(edit, form, row);
-            if (!assign_values(edit, form, row, "Update Grid"))
-                return;
-            write(edit, [&] { records.update(); });
-        }
-        if (place.is_empty())
+// Forgets what was written; what fails in that is not to hide why.
+void give_up(const Edit& edit, platform::Connection& connection) {
+    try {
+        edit.records().cancel_update();
+        connection.rollback_transaction();
+        edit.records().requery(); // or it would show the rows that had been written
+    } catch (const Error&) {
+    }
+}
+
+void write_row(const Edit& edit, const PostedForm& form, std::int16_t row) {
+    if (assign_values(edit, form, row, "Update Grid"))
+        write(edit, [&] { edit.records().update(); });
+}
+
+// Each row that the form says it had controls for, wherever its record stands now.
+void write_shown_rows(const Edit& edit, const PostedForm& form, std::int16_t rows) {
+    for (std::int16_t row = 1; row <= std::max(rows, edit.shown.count()); ++row) {
+        const RowMark* const shown = edit.shown.row(row);
+        if (shown ? !shown->edited : !form.has_row(row))
             continue;
-        records.set_bookmark(place);
-        records.move_next();
+        stand_on_shown(edit, form, row);
+        write_row(edit, form, row);
+    }
+}
+
+// Each row of the page from the current record on, if anything was posted for it.
+void write_rows_by_place(const Edit& edit, const PostedForm& form, std::int16_t rows) {
+    for (std::int16_t row = 1; row <= rows && !edit.records().eof() && !page_ended(); ++row) {
+        if (form.has_row(row))
+            write_row(edit, form, row);
+        if (!page_ended())
+            edit.records().move_next();
     }
 }
 
@@ -130,20 +148,19 @@ void write_rows(const Edit& edit, const PostedForm& form, std::int16_t rows) {
 void save_page(const Edit& edit, std::int16_t rows) {
     const PostedForm form(edit.source, edit.shown, FormMode::Edit);
     platform::Connection& connection = *edit.source.connection;
-    connection.begin_transaction();
+    write(edit, [&] { connection.begin_transaction(); });
     try {
-        write_rows(edit, form, edit.shown.is_posted() ? edit.shown.count() : rows);
+        (edit.shown.is_posted() ? write_shown_rows : write_rows_by_place)(edit, form, rows);
+        if (!page_ended()) // else an empty value was reported
+            write(edit, [&] { connection.commit_transaction(); });
     } catch (...) {
-        edit.records().cancel_update();
-        connection.rollback_transaction();
-        edit.records().requery(); // or it would show the rows that had been written
+        give_up(edit, connection);
         throw;
     }
-    if (page_ended()) // an empty value was reported
-        connection.rollback_transaction();
+    if (page_ended())
+        give_up(edit, connection);
     else
-        connection.commit_transaction();
-    edit.records().requery();
+        edit.records().requery();
 }
 
 } // namespace
@@ -158,7 +175,7 @@ EditResult add_record(const Edit& edit) {
             records.add_new();
             if (!assign_values(edit, form, 0, "AddNewRecord"))
                 return;
-            GridState(edit.state).set("_NewRecord_BookMark", records.bookmark());
+            edit.state.set("_NewRecord_BookMark", records.bookmark());
             write(edit, [&] { records.update(); });
             records.requery();
         });
@@ -170,11 +187,16 @@ EditResult update_row(const Edit& edit) {
         if (edit.command.word != "edit_grid")
             return {};
         const std::string& action = edit.command.part(1);
-        // A form that had the row's controls was in edit, whatever the session has forgotten since.
-        const bool saves = action == "update" && (edit.shown.is_posted() || edit.state.flag("_edit"));
+        const bool saves = action == "update";
         if (!saves && action != "delete")
             return {};
         const std::int16_t index = to_integer(edit.command.part(2));
+        // A form that says what it had shown was in edit, whatever the session has forgotten since. For any
+        // other, the row is deliberately looked for first.
+        if (saves && !edit.shown.is_posted() && !edit.state.flag("_edit")) {
+            go_to_row(edit, index);
+            return {};
+        }
         const std::int16_t row = to_short(std::int64_t{index} + 1);
         return carry_out(edit, [&] {
             const PostedForm form(edit.source, edit.shown, FormMode::Edit);

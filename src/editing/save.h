@@ -14,7 +14,8 @@ struct EditResult {
     std::string refusal{}; // HTML; "" when nothing was refused
     bool record_gone =
         false; // refused because the record is not there any more; else the recordset stands on it
-    std::int16_t told_row = 0; // the form's row of whose record the refusal says what it holds now; 0: none
+    std::int16_t told_row =
+        0; // the form's row of which the refusal says what its record holds now, or what was typed; 0: none
 };
 
 // "edit_source" with "addnew": inserts a record from the add form and keeps its bookmark in the session

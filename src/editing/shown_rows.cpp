@@ -11,8 +11,9 @@
 
 namespace tabrixdb {
 
-// The field: "columns|bookmark,key,values|bookmark,key,values|...": positions between blanks, traces in
-// hexadecimal digits. A bookmark that a comma or a bar would spoil is left out.
+// The field: "selected columns|bookmark,key,values|bookmark,key,values,e|...": the selected row and positions
+// of columns between blanks, traces in hexadecimal digits, "e" for a row with controls. A bookmark that a
+// comma or a bar would spoil is left out.
 
 namespace {
 
@@ -26,9 +27,11 @@ bool read_number(std::string_view text, T& number, int base) {
 
 bool read_mark(std::string_view text, RowMark& mark) {
     const std::vector<std::string_view> parts = split(text, ',');
-    if (parts.size() != 3 || !read_number(parts[1], mark.key, 16) || !read_number(parts[2], mark.values, 16))
+    if (parts.size() < 3 || parts.size() > 4 || !read_number(parts[1], mark.key, 16) ||
+        !read_number(parts[2], mark.values, 16))
         return false;
     mark.bookmark = parts[0];
+    mark.edited = parts.size() == 4;
     return true;
 }
 
@@ -38,22 +41,32 @@ std::string hexadecimal(std::uint64_t number) {
     return std::string(digits, end);
 }
 
+bool is_updatable(const platform::Column& column) {
+    return (column.attributes & platform::kFieldUpdatable) != 0;
+}
+
 } // namespace
 
 RowMarker::RowMarker(const DbSource& source) : records_(source.records()) {
-    for (const platform::Column& column : records_.columns())
+    const auto& columns = records_.columns();
+    const bool updatable = std::ranges::any_of(columns, is_updatable);
+    for (const platform::Column& column : columns) {
         in_key_.push_back((column.attributes & platform::kFieldKeyColumn) != 0);
+        // An expression may give another value each time that it is asked.
+        in_values_.push_back(column.type != platform::data_type::kLongVarBinary &&
+                             (!updatable || is_updatable(column)));
+    }
 }
 
 RowMark RowMarker::mark() {
     RowMark mark{{}, kHashStart, kHashStart};
-    const auto& columns = records_.columns();
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-        if (columns[i].type == platform::data_type::kLongVarBinary)
+    for (std::size_t i = 0; i < in_key_.size(); ++i) {
+        if (!in_key_[i] && !in_values_[i])
             continue;
         text_.clear();
         records_.append_value(i, text_);
-        mark.values = stable_hash(text_, mark.values);
+        if (in_values_[i])
+            mark.values = stable_hash(text_, mark.values);
         if (in_key_[i])
             mark.key = stable_hash(text_, mark.key);
     }
@@ -70,8 +83,11 @@ ShownRows ShownRows::posted(const std::string& grid) {
         return shown;
     shown.posted_ = true;
     const std::vector<std::string_view> parts = split(field, '|');
-    for (const std::string_view column : split(parts[0], ' '))
-        if (std::uint16_t position = 0; read_number(column, position, 10))
+    const std::vector<std::string_view> head = split(parts[0], ' ');
+    if (std::int16_t row = 0; !head.empty() && read_number(head[0], row, 10))
+        shown.select(row);
+    for (std::size_t i = 1; i < head.size(); ++i)
+        if (std::uint16_t position = 0; read_number(head[i], position, 10))
             shown.add_control(position);
     for (std::size_t i = 1; i < parts.size() && i <= INT16_MAX; ++i) {
         RowMark mark;
@@ -100,17 +116,15 @@ std::int16_t ShownRows::row_of(std::uint64_t key) const noexcept {
 }
 
 std::string ShownRows::html(const std::string& grid) const {
-    std::string value;
+    std::string value = std::to_string(selected_);
     for (std::size_t i = 0; i < controls_.size(); ++i)
         if (controls_[i])
-            value += (value.empty() ? "" : " ") + std::to_string(i);
+            value += " " + std::to_string(i);
     for (const RowMark& row : rows_) {
         const bool spoiled = row.bookmark.find_first_of(",|") != std::string::npos;
-        value +=
-            "|" + (spoiled ? "" : row.bookmark) + "," + hexadecimal(row.key) + "," + hexadecimal(row.values);
+        value += "|" + (spoiled ? "" : row.bookmark) + "," + hexadecimal(row.key) + "," +
+                 hexadecimal(row.values) + (row.edited ? ",e" : "");
     }
-    if (value.empty())
-        value = "|"; // a form that has nothing to say is still one that says so
     return "<input type=\"hidden\" name=\"" + grid + std::string(kField) + "\" value=\"" +
            html_encode(value) + "\">\r\n";
 }

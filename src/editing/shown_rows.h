@@ -9,12 +9,13 @@
 
 namespace tabrixdb {
 
-// A record as a form showed it: where it was, and traces of its key and of all its values (long binary data
-// left out). A record of a source without a key is known by its values only.
+// A record as a form showed it: where it was, and traces of its key and of the values that it has in its
+// table (long binary data left out). A record of a source without a key is known by its values only.
 struct RowMark {
     std::string bookmark;
     std::uint64_t key = 0;
     std::uint64_t values = 0;
+    bool edited = false; // it had controls
 };
 
 // Makes the marks of a source's records. Borrows the source for its own life.
@@ -27,7 +28,7 @@ public:
 
 private:
     platform::Recordset& records_;
-    std::vector<bool> in_key_;
+    std::vector<bool> in_key_, in_values_;
     std::string text_; // of one value, kept for the next
 };
 
@@ -60,11 +61,17 @@ public:
 
     std::int16_t count() const noexcept { return static_cast<std::int16_t>(rows_.size()); }
 
+    // The row (from 1) that other grids show.
+    void select(std::int16_t row) noexcept { selected_ = row; }
+
+    std::int16_t selected() const noexcept { return selected_; }
+
     // The hidden field.
     std::string html(const std::string& grid) const;
 
 private:
     bool posted_ = false;
+    std::int16_t selected_ = 1;
     std::vector<bool> controls_;
     std::vector<RowMark> rows_;
 };

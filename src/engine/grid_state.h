@@ -23,7 +23,8 @@ public:
 
     Variant value(std::string_view suffix) const { return session_.value(grid_ + std::string(suffix)); }
 
-    void set(std::string_view suffix, const Variant& value) {
+    // Changes the session, not this.
+    void set(std::string_view suffix, const Variant& value) const {
         session_.set_value(grid_ + std::string(suffix), value);
     }
 

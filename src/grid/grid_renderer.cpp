@@ -94,6 +94,7 @@ void GridRenderer::find_source() {
         opens_source_ = true;
         open_dynamic_source(pro_, grid_.source_id);
     }
+    held_records_ = source_->recordset;
 }
 
 void GridRenderer::sort_and_filter() {
@@ -178,10 +179,23 @@ void GridRenderer::join_templates(TemplateParts parts) {
     });
 }
 
+// A selection beyond the records shows the first or the last of them.
+void GridRenderer::stand_on_a_record() {
+    if (records().is_empty())
+        return;
+    if (records().bof())
+        records().move_first();
+    else if (records().eof())
+        records().move(-1);
+}
+
 void GridRenderer::page() {
     if (grid_.from_grid) {
         process_page_logic_for_form(pro_, command_, source_state_->grid(), records(), grid_.grid_mode,
                                     grid_.grid_id);
+        if (page_ended())
+            return;
+        stand_on_a_record();
         rows_ = grid_.rows;
     } else {
         process_page_logic(command_, state_, records(), grid_.rows, grid_.increment);

@@ -5,6 +5,7 @@
 #include "engine/grid_state.h"
 #include "grid/create_grid.h"
 #include "grid/layout.h"
+#include "grid/rows.h"
 #include "template/buttons.h"
 #include "template/split.h"
 
@@ -48,10 +49,15 @@ private:
     std::string read_row_template();
     void join_templates(TemplateParts parts);
 
+    void stand_on_a_record();
+
     // --- Editing (grid_renderer_editing.cpp) ---
     bool commands(std::string_view word, std::string_view action) const;
     Edit edit(bool positioned);
+    void read_controls_of(std::string path);
     void edit_row(bool positioned);
+    void edit_here();
+    std::int16_t selected_row() const;
     void follow_edited_row(bool positioned);
     void edit_page();
     void leave_edit_form();
@@ -59,9 +65,12 @@ private:
     void render_source_grid_again();
 
     // --- Output (grid_renderer_output.cpp) ---
+    bool is_guarded() const;
+    std::int16_t selection_to_come() const;
     bool shows_typed() const;
     bool shows_records() const;
     void render_rows(bool guarded);
+    void list_typed_elsewhere(const GridRows::Typed& typed, const GridRows& rows);
 
     platform::Recordset& records() { return source_->records(); }
 
@@ -79,8 +88,9 @@ private:
     std::optional<GridState> source_state_; // of the grid that feeds this one, when from_grid
     GridCommand command_;
     Ref<DbSource> source_;
-    bool opens_source_ = false; // a dynamic one, for the time of this rendering
-    std::string list_template_; // the row template as the page gave it
+    Ref<platform::Recordset> held_records_; // a script that a row runs may take it from the source
+    bool opens_source_ = false;             // a dynamic one, for the time of this rendering
+    std::string list_template_;             // the row template as the page gave it
     GridLayout layout_;
     std::int16_t rows_ = 0; // most rows of this page
 

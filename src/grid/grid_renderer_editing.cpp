@@ -18,22 +18,26 @@ Edit GridRenderer::edit(bool positioned) {
     return {pro_, command_, state_, *source_, posted_, positioned};
 }
 
+// The controls that a template chooses, for a form by another template than the one that will be shown.
+void GridRenderer::read_controls_of(std::string path) {
+    std::string text = pro_.read_template(path, true, false);
+    if (!page_ended())
+        parse_view_tags(text, *source_);
+}
+
 // Inserts the posted record, by the controls of the add template.
 void GridRenderer::add_record() {
     if (commands("edit_source", "addnew")) {
         const bool has_template = pro_.single_grid_template && !grid_.footer_template.empty();
-        if (has_template) {
-            std::string path = grid_.footer_template;
-            std::string text = pro_.read_template(path, true, false);
-            parse_view_tags(text, *source_);
-        }
+        if (has_template)
+            read_controls_of(grid_.footer_template);
         if (page_ended())
             return;
         edited_ = tabrixdb::add_record(edit(false));
-        if (has_template && !edited_.refusal.empty())
+        refused_new_ = !edited_.refusal.empty();
+        if (has_template && refused_new_)
             show_add_form_again();
     }
-    refused_new_ = !edited_.refusal.empty();
     adds_ = pro_.grid_edit_mode == "ADD" || commands("edit_source", "add") || refused_new_;
 }
 
@@ -54,11 +58,13 @@ void GridRenderer::edit_row_of_page() {
 void GridRenderer::edit_positioned() {
     if (command_.word != "edit_grid" && command_.word != "edit_source")
         return;
+    const std::int32_t source_page = grid_.from_grid ? source_state_->number("_CurrentPage") : 0;
     if (grid_.from_grid)
         edit_row(true);
     if (!page_ended() && (commands("edit_source", "update") || commands("edit_source", "delete")))
         edit_page();
-    if (!page_ended() && grid_.from_grid && edited_.done)
+    const bool moved = grid_.from_grid && source_state_->number("_CurrentPage") != source_page;
+    if (!page_ended() && grid_.from_grid && (edited_.done || moved))
         render_source_grid_again();
     if (!page_ended())
         page();
@@ -76,7 +82,7 @@ void GridRenderer::edit_row(bool positioned) {
     else if (edited_.record_gone)
         state_.set("_edit", false);
     else if (!edited_.refusal.empty())
-        edit_record_at(records().absolute_position() - 1, state_, offset_grid(), grid_.rows);
+        edit_here();
 }
 
 // The record that is edited may stand elsewhere than it was shown, or nowhere.
@@ -86,15 +92,40 @@ void GridRenderer::follow_edited_row(bool positioned) {
         return;
     const EditResult found = find_row(edit(positioned), row);
     if (found.done)
-        edit_record_at(records().absolute_position() - 1, state_, offset_grid(), grid_.rows);
+        edit_here();
     if (!found.record_gone)
         return;
     state_.set("_edit", false);
     edited_.refusal += (edited_.refusal.empty() ? "" : "<br>") + found.refusal;
 }
 
+// Edits the record on which the recordset stands.
+void GridRenderer::edit_here() {
+    const std::int32_t index = records().absolute_position() - 1;
+    if (grid_.from_grid)
+        edit_fed_record_at(index, state_, *offset_grid(), grid_.rows);
+    else
+        edit_record_at(index, state_, grid_.rows);
+}
+
+// The row (from 1) that other grids show: of the posted form, or by the session.
+std::int16_t GridRenderer::selected_row() const {
+    if (grid_.from_grid)
+        return 1;
+    if (posted_.is_posted())
+        return posted_.selected();
+    return to_short(std::int64_t{state_.number("_Offset")} + 1);
+}
+
 void GridRenderer::edit_page() {
-    const std::int64_t selected = grid_.from_grid ? 1 : std::int64_t{state_.number("_Offset")} + 1;
+    // The form may have been that of the edit template, which the session has forgotten since.
+    const bool other_form = posted_.is_posted() && pro_.single_grid_template &&
+                            !grid_.header_template.empty() && grid_.row_template != grid_.header_template;
+    if (other_form)
+        read_controls_of(grid_.header_template);
+    if (page_ended())
+        return;
+    const std::int16_t selected = selected_row();
     edited_ = update_grid(edit(true), rows_, to_short(selected));
     if (page_ended())
         return;

@@ -47,14 +47,17 @@ GridLayout layout_of_parts(TemplateParts parts, std::string header, std::string 
     return layout;
 }
 
-bool has_edit_buttons(const GridLayout& layout) {
+bool has_edit_buttons(std::string_view text) {
     constexpr std::string_view kSigns[] = {"#~btn_edit", "#~btn_update", "#~btn_delete",
                                            "#~btn_add",  "edit_grid(",   "edit_source"};
+    return std::ranges::any_of(kSigns,
+                               [&](std::string_view sign) { return contains_ignore_case(text, sign); });
+}
+
+bool has_edit_buttons(const GridLayout& layout) {
     const std::string* const parts[] = {&layout.header, &layout.row, &layout.stripe, &layout.footer};
-    return std::ranges::any_of(parts, [&](const std::string* part) {
-        return std::ranges::any_of(kSigns,
-                                   [&](std::string_view sign) { return contains_ignore_case(*part, sign); });
-    });
+    return std::ranges::any_of(
+        parts, [](const std::string* part) { return has_edit_buttons(std::string_view(*part)); });
 }
 
 } // namespace tabrixdb

@@ -3,6 +3,7 @@
 #include "template/split.h"
 
 #include <string>
+#include <string_view>
 
 namespace tabrixdb {
 
@@ -25,7 +26,8 @@ GridLayout layout_of_template(TemplateParts parts, bool combine);
 // Error 6 for a table tag beyond the 16-bit positions.
 GridLayout layout_of_parts(TemplateParts parts, std::string header, std::string footer, bool combine);
 
-// Whether it has buttons that change records.
+// Whether there are buttons that change records.
+bool has_edit_buttons(std::string_view text);
 bool has_edit_buttons(const GridLayout& layout);
 
 } // namespace tabrixdb

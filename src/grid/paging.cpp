@@ -143,20 +143,26 @@ void process_page_logic_for_form(const Pro& pro, const GridCommand& command, con
     });
 }
 
-void edit_record_at(std::int32_t index, GridState state, const GridState* selecting, std::int16_t rows) {
-    std::int32_t row = 0;
-    if (selecting) {
-        GridState(*selecting).set(kOffset, index - page_start(*selecting));
-    } else {
-        const std::int32_t size =
-            state.number(kPageSize) > 0 ? state.number(kPageSize) : std::max<std::int32_t>(rows, 1);
-        state.set(kPage, to_short(index / size + 1));
-        row = index % size;
-    }
-    edit_row(state, to_short(row));
+void edit_record_at(std::int32_t index, const GridState& state, std::int16_t rows) {
+    const std::int32_t size =
+        state.number(kPageSize) > 0 ? state.number(kPageSize) : std::max<std::int32_t>(rows, 1);
+    state.set(kPage, to_short(index / size + 1));
+    edit_row(state, to_short(index % size));
 }
 
-void keep_selection_within(GridState state, platform::Recordset& records) {
+void edit_fed_record_at(std::int32_t index, const GridState& state, const GridState& selecting,
+                        std::int16_t rows) {
+    const std::int32_t first = page_start(selecting) + selecting.number(kOffset);
+    if (index >= first && index < first + rows)
+        return edit_row(state, to_short(index - first));
+    const std::int32_t size = selecting.number(kPageSize);
+    if (size > 0)
+        selecting.set(kPage, to_short(index / size + 1));
+    selecting.set(kOffset, index - page_start(selecting));
+    edit_row(state, 0);
+}
+
+void keep_selection_within(const GridState& state, platform::Recordset& records) {
     const std::int32_t last = std::max(records.record_count() - 1 - page_start(state), 0);
     if (!state.blank(kOffset) && state.number(kOffset) > last)
         state.set(kOffset, last);

@@ -32,12 +32,15 @@ void process_offset_logic(const GridCommand& command, GridState state, platform:
 void process_page_logic_for_form(const Pro& pro, const GridCommand& command, const std::string& source_grid,
                                  platform::Recordset& records, bool grid_mode, const std::string& this_grid);
 
-// Brings a record into sight and edits it: `index` is its 0-based place in the recordset, `rows` the page
-// size of a grid that was not shown yet. A fed grid shows it by the selection, which is kept in `selecting`
-// (nullptr for a grid with its own source).
-void edit_record_at(std::int32_t index, GridState state, const GridState* selecting, std::int16_t rows);
+// Brings a record into sight and edits it. `index`: its 0-based place in the recordset; `rows`: the page size
+// of a grid that was not shown yet.
+void edit_record_at(std::int32_t index, const GridState& state, std::int16_t rows);
+// The same in a grid that another one feeds: the record is selected in `selecting`, unless it is among the
+// `rows` that are shown.
+void edit_fed_record_at(std::int32_t index, const GridState& state, const GridState& selecting,
+                        std::int16_t rows);
 
 // After a record went: moves the selected record of a grid back to the last one, where it is beyond.
-void keep_selection_within(GridState state, platform::Recordset& records);
+void keep_selection_within(const GridState& state, platform::Recordset& records);
 
 } // namespace tabrixdb

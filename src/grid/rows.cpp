@@ -88,7 +88,7 @@ void GridRows::append(std::string& out, const GridLayout& layout, std::int16_t m
         const bool stripe = row % 2 == 0 && !layout.stripe.empty();
         const bool is_edited = is_row_edited(buttons_.pro, buttons_.state, row);
         if (marks_)
-            mark_row(marker);
+            mark_row(marker, is_edited);
         RowTemplate& row_template = templates[stripe][is_edited];
         row_template.append(out, row);
         if (page_ended())
@@ -98,11 +98,14 @@ void GridRows::append(std::string& out, const GridLayout& layout, std::int16_t m
     }
 }
 
-void GridRows::mark_row(RowMarker& marker) {
+void GridRows::mark_row(RowMarker& marker, bool edited) {
     RowMark mark = marker.mark();
-    typed_row_ = typed_ ? typed_->shown.row_of(mark.key) : std::int16_t{0};
-    if (typed_row_ != 0 && !typed_->form.has_row(typed_row_))
+    mark.edited = edited;
+    typed_row_ = typed_ && edited ? typed_->shown.row_of(mark.key) : std::int16_t{0};
+    if (typed_row_ != 0 && !typed_->shown.row(typed_row_)->edited)
         typed_row_ = 0;
+    if (typed_row_ != 0)
+        showed_typed_.insert(typed_row_);
     // What was typed was typed over the record as it was then, unless the user was told that it has changed
     // since.
     if (typed_row_ != 0 && typed_row_ != typed_->told_row)

@@ -11,6 +11,7 @@
 #include "template/record_content.h"
 
 #include <cstdint>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -40,6 +41,9 @@ public:
 
     void show_typed(const Typed& typed) { typed_ = &typed; }
 
+    // Whether a row (from 1) of what was posted has been shown again.
+    bool showed_typed(std::int16_t row) const { return showed_typed_.contains(row); }
+
     // Appends the records from the current one on, at most `most`, each by the row template or the stripe;
     // and to `validation` the inputs of those rows that have to be filled.
     void append(std::string& out, const GridLayout& layout, std::int16_t most, std::string& validation);
@@ -49,7 +53,7 @@ private:
     class Shown;
     class Edited;
 
-    void mark_row(RowMarker& marker);
+    void mark_row(RowMarker& marker, bool edited);
     void note_controls(const RowTemplate& row_template, std::int16_t row, bool edited,
                        std::string& validation);
     void finish(std::string& text, std::int16_t row, bool edited);
@@ -61,6 +65,7 @@ private:
     std::vector<ColumnTag> tags_;
     ShownRows* marks_ = nullptr;
     const Typed* typed_ = nullptr;
+    std::set<std::int16_t> showed_typed_;
     std::int16_t typed_row_ = 0; // where the current record was posted; 0: nowhere
 };
 

@@ -16,8 +16,8 @@ bool is_long_binary(const platform::Column& column) {
 ColumnValue::ColumnValue(const DbSource& source, std::size_t column)
     : source_(source),
       column_(column),
-      field_(source.field_of(source.records().columns()[column].name)),
-      format_(field_.format),
+      field_(&source.field_of(source.records().columns()[column].name)),
+      format_(field_->format),
       binary_(is_long_binary(source.records().columns()[column])) {}
 
 void ColumnValue::append(std::string& out) const {

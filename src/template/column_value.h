@@ -17,7 +17,7 @@ public:
 
     std::size_t position() const noexcept { return column_; }
 
-    const DbField& field() const noexcept { return field_; }
+    const DbField& field() const noexcept { return *field_; }
 
     const std::string& name() const { return source_.records().columns()[column_].name; }
 
@@ -30,7 +30,7 @@ public:
 private:
     const DbSource& source_;
     std::size_t column_;
-    const DbField& field_;
+    Ref<DbField> field_; // a script that the row runs may take it from the source
     DisplayFormat format_;
     bool binary_;
 };

@@ -213,7 +213,8 @@ std::vector<std::string> box_values(const DbSource& source, const DbField& field
 std::string parse_view(Pro& pro, FormMode mode, const DbSource& source, std::string_view column,
                        std::int16_t row, const ShownValue& value) {
     return guard("Parse View", [&] {
-        DbField& field = source.field_of(column);
+        const Ref<DbField> held(&source.field_of(column)); // an expression may take it from the source
+        DbField& field = *held;
         std::string view = field.view(mode);
         const std::string kind = field.view_kind(mode);
         if (contains_ignore_case(view, kEvaluationTag)) {

@@ -15,6 +15,10 @@ With db.Source("s")
     Next
     .Fields("age").Default_Value = "18"
     .Fields("member").ViewEdit = "CHECKBOX;1"
+    If query("boxes") <> "" Then
+        .Fields("member").ViewEdit = "CHECKBOX;True"
+        .Fields("name").ViewEdit = "NORMAL"
+    End If
     .Fields("photo").ViewEdit = "UPLOADDB"
 End With
 
@@ -45,7 +49,9 @@ Sub Show(grid)
     If query("script") <> "" Then Response.Write Mid(html, InStr(html, "_validate() {"))
 End Sub
 
-If query("single") <> "" Then
+If query("boxes") <> "" Then
+    db.CreateGrid "g", "s", Server.MapPath("templates/people_boxes.htm"), , , 3
+ElseIf query("single") <> "" Then
     db.CreateGrid "g", "s", Server.MapPath("templates/people.htm"), Server.MapPath("templates/people_edit.htm"), Server.MapPath("templates/people_add.htm"), 3
 Else
     db.CreateGrid "g", "s", Server.MapPath("templates/people.htm"), , , 3

@@ -6,6 +6,7 @@ db.CreateSource "items", "select id, name, ""Unit Price"" from items where id <=
 db.Script.AddCode "Const kRate = 2" & vbCrLf & "Function Gross(net)" & vbCrLf & "  Gross = FormatNumber(net * kRate, 2)" & vbCrLf & _
     "End Function" & vbCrLf & "Sub Forever : Do : Loop : End Sub"
 db.Script.AddObject "seen", seen
+db.Script.AddObject "db", db
 If Request("timeout") <> "" Then db.Script.Timeout = Request("timeout")
 db.Source("items").Fields("id").Content = Request("content")
 db.CreateGrid "g", "items", Server.MapPath("templates/content.htm")
