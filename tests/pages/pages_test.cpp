@@ -1,16 +1,15 @@
 // Runs the .steps files of this folder: each is a visit to the pages of site/, which are run by the real page
 // runner on a real database. A step is
 //
-//   > PATH[?QUERY] [FORM]  a request; with FORM (url-encoded, blanks as "+") it is posted; "name=@" in it is
-//   the hidden
-//                          field of the last page
+//   > PATH[?QUERY] [FORM]  a request; with FORM (url-encoded, blanks as "+") it is posted
+//                          ("name=@" in it is the hidden field of the last page)
 //   2> PATH ...            the same from a second browser
 //   sql STATEMENT          changes the database
 //   TEXT                   what the page writes, blanks at both ends left out, or lines of
 //   ~ TEXT                 what it contains
 //   !~ TEXT                what it does not contain
-//   = FILE                 the file that it equals byte for byte (line breaks are CR LF in the page, LF in
-//   the file) ? QUERY => ROWS        what the database holds then: "a|b c|d", null as "-"
+//   = FILE                 the file that it equals byte for byte, line breaks taken as LF
+//   ? QUERY => ROWS        what the database holds then: "a|b c|d", null as "-"
 
 #include "automation/text.h"
 #include "tests/pages/browser.h"
