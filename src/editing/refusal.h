@@ -10,10 +10,11 @@ namespace tabrixdb {
 
 // Thrown, and caught, within this folder: a change that the user is to hear of.
 struct Refusal {
-    std::string message;      // HTML
-    bool record_gone = false; // there is no record any more that could be shown again
-    std::int16_t told_row =
-        0; // the form's row of whose record the message says what it holds now, or what was typed
+    std::string message; // HTML
+    // There is no record any more that could be shown again.
+    bool record_gone = false;
+    // The form's row of which the message says what its record holds now, or what was typed; 0: none.
+    std::int16_t told_row = 0;
 };
 
 // The current record is not as it was shown any more, so it was not `done` ("saved", "deleted"): says what it

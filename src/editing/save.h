@@ -12,10 +12,10 @@ namespace tabrixdb {
 struct EditResult {
     bool done = false;     // it was carried out
     std::string refusal{}; // HTML; "" when nothing was refused
-    bool record_gone =
-        false; // refused because the record is not there any more; else the recordset stands on it
-    std::int16_t told_row =
-        0; // the form's row of which the refusal says what its record holds now, or what was typed; 0: none
+    // Refused because the record is no longer among those of the grid; otherwise the recordset stands on it.
+    bool record_gone = false;
+    // The form's row of which the refusal says what its record holds now, or what was typed; 0: none.
+    std::int16_t told_row = 0;
 };
 
 // "edit_source" with "addnew": inserts a record from the add form and keeps its bookmark in the session
