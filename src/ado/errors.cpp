@@ -9,6 +9,10 @@ std::string_view text_of(Code code) {
     case Code::InvalidArgument:
         return "Arguments are of the wrong type, are out of acceptable range, or are in conflict with one "
                "another.";
+    case Code::FileNotOpened:
+        return "File could not be opened.";
+    case Code::FileNotWritten:
+        return "Write to file failed.";
     case Code::NoCurrentRecord:
         return "Either BOF or EOF is True, or the current record has been deleted. Requested operation "
                "requires a current record.";

@@ -11,6 +11,8 @@ namespace tabrixdb::ado {
 // ADO's own errors; a page sees &H800A0000 + the code.
 enum class Code : std::int32_t {
     InvalidArgument = 3001,
+    FileNotOpened = 3002,
+    FileNotWritten = 3004,
     NoCurrentRecord = 3021,
     IllegalOperation = 3219,
     FeatureNotAvailable = 3251,

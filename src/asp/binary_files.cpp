@@ -5,6 +5,7 @@
 #include "asp/files.h"
 #include "automation/error.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
@@ -79,14 +80,27 @@ public:
     void write_text(std::string_view text) override { write(encode_text(text, code_page_)); }
 
     void finish() override {
-        if (std::fclose(file_.release()) != 0)
-            throw Error(kErrorWrite);
+        close();
         if (std::rename(part_.c_str(), path_.c_str()) != 0)
             throw Error(kErrorDenied);
         finished_ = true;
     }
 
+    bool finish_new() override {
+        close();
+        if (link(part_.c_str(), path_.c_str()) == 0)
+            return true;
+        if (errno != EEXIST)
+            throw Error(kErrorDenied);
+        return false;
+    }
+
 private:
+    void close() {
+        if (std::fclose(file_.release()) != 0)
+            throw Error(kErrorWrite);
+    }
+
     std::string path_;
     std::string part_;
     std::uint32_t code_page_;
@@ -113,6 +127,40 @@ void SiteFiles::make_folder(std::string_view path) {
     fs::create_directory(physical, error);
     if (error && !fs::is_directory(physical))
         throw Error(error == std::errc::no_such_file_or_directory ? kErrorNoFolder : kErrorDenied);
+}
+
+bool SiteFiles::folder_exists(std::string_view path) {
+    std::error_code ignored;
+    return fs::is_directory(paths_.resolve_physical(path), ignored);
+}
+
+std::optional<platform::FileInfo> SiteFiles::file_info(std::string_view path) {
+    std::string physical = paths_.resolve_physical(path);
+    const std::optional<FileStamp> stamp = stamp_of(physical);
+    if (!stamp)
+        return std::nullopt;
+    return platform::FileInfo{std::move(physical), stamp->size, stamp->modified_seconds()};
+}
+
+std::vector<platform::FileInfo> SiteFiles::files_in(std::string_view folder) {
+    std::error_code error;
+    fs::directory_iterator at(paths_.resolve_physical(folder), error);
+    if (error)
+        throw Error(kErrorNoFolder);
+    std::vector<platform::FileInfo> files;
+    for (const fs::directory_iterator end; !error && at != end; at.increment(error))
+        if (const std::optional<FileStamp> stamp = stamp_of(at->path().string()))
+            files.push_back({at->path().string(), stamp->size, stamp->modified_seconds()});
+    std::ranges::sort(files, {}, &platform::FileInfo::path);
+    return files;
+}
+
+void SiteFiles::delete_file(std::string_view path) {
+    const std::string physical = paths_.resolve_physical(path);
+    if (!stamp_of(physical))
+        throw Error(kErrorNoFile);
+    if (std::remove(physical.c_str()) != 0)
+        throw Error(kErrorDenied);
 }
 
 void SiteFiles::delete_old(std::string_view folder, std::string_view ending, std::chrono::seconds age) {

@@ -1,6 +1,7 @@
 #include "asp/classes.h"
 
 #include "ado/classes.h"
+#include "asp/stream.h"
 #include "automation/text.h"
 #include "classes/factory.h"
 #include "scripting/classes.h"
@@ -27,6 +28,8 @@ Ref<Object> create_known_class(std::string_view program_id) {
     const std::string_view name = without_version(program_id);
     if (Ref<Object> object = ado::create_object(name))
         return object;
+    if (equal_ignore_case(name, "ADODB.Stream"))
+        return make_ref<Stream>();
     if (Ref<Object> object = scripting::create_object(name))
         return object;
     return create_class(name);

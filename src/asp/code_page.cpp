@@ -142,6 +142,12 @@ std::string_view charset_name(std::uint32_t code_page) noexcept {
     return found ? found->charset : "utf-8";
 }
 
+std::optional<std::uint32_t> code_page_of(std::string_view charset) noexcept {
+    const auto found = std::ranges::find_if(
+        kCodePages, [&](const CodePage& page) { return equal_ignore_case(page.charset, charset); });
+    return found == std::end(kCodePages) ? std::nullopt : std::optional(found->number);
+}
+
 std::string decode_bytes(std::string bytes, std::uint32_t code_page) {
     const CodePage* page = find(code_page);
     if (page && code_page != kUtf8) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -12,6 +13,8 @@ inline constexpr std::uint32_t kUtf8 = 65001;
 bool is_code_page(std::uint32_t code_page) noexcept;
 // The code page as a charset names it: "utf-8", "windows-1252".
 std::string_view charset_name(std::uint32_t code_page) noexcept;
+// The other way, ignoring case; nullopt for a charset that is not known.
+std::optional<std::uint32_t> code_page_of(std::string_view charset) noexcept;
 
 // Both replace what cannot be converted: U+FFFD in decoded text, "?" in encoded bytes. An unknown code
 // page counts as UTF-8.

@@ -24,6 +24,10 @@ public:
     std::unique_ptr<platform::FileReader> open(std::string_view path) override;
     std::unique_ptr<platform::FileWriter> create(std::string_view path) override;
     void make_folder(std::string_view path) override;
+    bool folder_exists(std::string_view path) override;
+    std::optional<platform::FileInfo> file_info(std::string_view path) override;
+    std::vector<platform::FileInfo> files_in(std::string_view folder) override;
+    void delete_file(std::string_view path) override;
     void delete_old(std::string_view folder, std::string_view ending, std::chrono::seconds age) override;
 
 private:

@@ -75,6 +75,8 @@ double time_serial(int hour, int minute, int second);
 double join_date_time(double day, double time) noexcept;
 // The local date and time of this machine, to the second.
 double now();
+// The same of a moment, in seconds since 1970, UTC.
+double local_date(std::int64_t moment);
 // The same clock in seconds since midnight, with their fraction.
 double seconds_since_midnight();
 // A two-digit year below this one is in the 2000s, others are in the 1900s.

@@ -95,7 +95,11 @@ std::tm local_time(std::time_t time) {
 } // namespace
 
 double now() {
-    const std::tm local = local_time(std::time(nullptr));
+    return local_date(std::time(nullptr));
+}
+
+double local_date(std::int64_t moment) {
+    const std::tm local = local_time(static_cast<std::time_t>(moment));
     return date_serial(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday) +
            time_serial(local.tm_hour, local.tm_min, local.tm_sec);
 }

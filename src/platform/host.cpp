@@ -27,6 +27,22 @@ void FileSystem::make_folder(std::string_view) {
     throw Error(kErrorDenied);
 }
 
+bool FileSystem::folder_exists(std::string_view) {
+    return false;
+}
+
+std::optional<FileInfo> FileSystem::file_info(std::string_view) {
+    return std::nullopt;
+}
+
+std::vector<FileInfo> FileSystem::files_in(std::string_view) {
+    throw Error(kErrorDenied);
+}
+
+void FileSystem::delete_file(std::string_view) {
+    throw Error(kErrorDenied);
+}
+
 void FileSystem::delete_old(std::string_view, std::string_view, std::chrono::seconds) {}
 
 void Host::send_mail(const Mail&) {

@@ -4,9 +4,12 @@
 #include "platform/page.h"
 
 #include <chrono>
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tabrixdb::platform {
 
@@ -27,6 +30,15 @@ public:
     // The same in the site's code page.
     virtual void write_text(std::string_view text) = 0;
     virtual void finish() = 0;
+    // The same, but false, and nothing of it is left, when there is a file of its name.
+    virtual bool finish_new() = 0;
+};
+
+// What is told of a file.
+struct FileInfo {
+    std::string path; // in its real spelling
+    std::uint64_t size = 0;
+    std::int64_t modified = 0; // seconds since 1970, UTC
 };
 
 // The site's disk, by physical path. Paths are found as the site's own tools find them: where the host
@@ -50,6 +62,13 @@ public:
     // Makes a folder, unless there is one. Error 76 without the folder that it lies in, 70 when it can't be
     // made.
     virtual void make_folder(std::string_view path);
+    virtual bool folder_exists(std::string_view path);
+    // nullopt when there is no such file.
+    virtual std::optional<FileInfo> file_info(std::string_view path);
+    // The files that lie in a folder, without those of its folders. Error 76 when there is no such folder.
+    virtual std::vector<FileInfo> files_in(std::string_view folder);
+    // Error 53 when there is no such file, 70 when it can't be deleted.
+    virtual void delete_file(std::string_view path);
     // Deletes the files of a folder that end in `ending`, and those that were never finished, when they were
     // not changed for so long. What can't be deleted stays.
     virtual void delete_old(std::string_view folder, std::string_view ending, std::chrono::seconds age);
