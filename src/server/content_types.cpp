@@ -70,4 +70,12 @@ std::string_view content_type(std::string_view file_name) noexcept {
     return {};
 }
 
+bool is_passive(std::string_view content_type) noexcept {
+    for (const std::string_view group : {"image/", "audio/", "video/"})
+        if (content_type.starts_with(group))
+            return content_type != "image/svg+xml";
+    return content_type.starts_with("text/plain") || content_type.starts_with("text/csv") ||
+           content_type == "application/pdf";
+}
+
 } // namespace tabrixdb::server

@@ -284,7 +284,7 @@ MHD_Result HttpServer::State::begin(Exchange& exchange, MHD_Connection* connecti
             return MHD_YES;
         },
         &request.headers);
-    exchange.route = route(site_.paths, exchange.target, settings.default_pages);
+    exchange.route = route(site_.paths, exchange.target, settings.routes);
     exchange.refused = refusal(exchange, connection);
     // An answer before the body ends the connection; without a body there is no need for that.
     const bool has_body = asp::find_header(request.headers, "Content-Length") ||
@@ -388,8 +388,13 @@ MHD_Result HttpServer::State::send_file(const Exchange& exchange, MHD_Connection
             close(file);
         return send_status(connection, 404);
     }
-    const FileAnswer answer =
-        answer_file(asp::stamp_of(status), content_type(path), exchange.request.headers);
+    const std::string_view type = content_type(path);
+    // A page or script of a visitor's shall not run in the browser as one of the site's.
+    const bool shown = !exchange.route.uploaded || is_passive(type);
+    FileAnswer answer =
+        answer_file(asp::stamp_of(status), shown ? type : kUnknownContent, exchange.request.headers);
+    if (!shown)
+        answer.headers.push_back({"Content-Disposition", "attachment"});
     ResponsePointer response(nullptr, MHD_destroy_response);
     if (answer.length > 0) {
         response.reset(MHD_create_response_from_fd_at_offset64(answer.length, file, answer.offset));
@@ -410,7 +415,8 @@ MHD_Result HttpServer::State::send(MHD_Connection* connection, asp::HttpResponse
     if (!response)
         return MHD_NO;
     add_headers(*response, answer.headers);
-    MHD_add_response_header(response.get(), "X-Content-Type-Options", "nosniff");
+    if (!asp::find_header(answer.headers, "X-Content-Type-Options"))
+        MHD_add_response_header(response.get(), "X-Content-Type-Options", "nosniff");
     return MHD_queue_response(connection, static_cast<unsigned>(answer.status), response.get());
 }
 

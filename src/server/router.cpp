@@ -11,8 +11,8 @@ namespace tabrixdb::server {
 
 namespace {
 
-// Where pages put what visitors upload. A page among those files is not run.
-constexpr std::string_view kUploadFolder = "/TabrixDb/temp/";
+// Where files are before they go into the database: an upload folder in any case.
+constexpr std::string_view kTemporaryFolder = "/TabrixDb/temp/";
 
 Route refused(int status) {
     Route route;
@@ -53,15 +53,26 @@ bool is_page_name(std::string_view path) {
     return path.size() > 4 && equal_ignore_case(path.substr(path.size() - 4), ".asp");
 }
 
+bool is_below(std::string_view path, std::string_view folder) {
+    return equal_ignore_case(path.substr(0, folder.size()), folder);
+}
+
+bool is_uploaded(std::string_view path, const RouteSettings& settings) {
+    return is_below(path, kTemporaryFolder) ||
+           std::ranges::any_of(settings.upload_folders,
+                               [&](const std::string& folder) { return is_below(path, folder); });
+}
+
 // Fills in what was found at a path that is known to be a file.
-Route to_file(Route route, const asp::SitePaths& paths, asp::SitePaths::Found found) {
+Route to_file(Route route, const asp::SitePaths& paths, asp::SitePaths::Found found,
+              const RouteSettings& settings) {
     route.found = std::move(found);
     route.site_path = route.found.physical.substr(paths.root().size());
     if (has_hidden_segment(route.site_path))
         return refused(404);
+    route.uploaded = is_uploaded(route.site_path, settings);
     if (is_page_name(route.site_path)) {
-        const std::string_view folder = std::string_view(route.site_path).substr(0, kUploadFolder.size());
-        if (equal_ignore_case(folder, kUploadFolder))
+        if (route.uploaded)
             return refused(404);
         route.kind = Route::Kind::Page;
     } else if (!content_type(route.site_path).empty()) {
@@ -74,8 +85,7 @@ Route to_file(Route route, const asp::SitePaths& paths, asp::SitePaths::Found fo
 
 } // namespace
 
-Route route(const asp::SitePaths& paths, std::string_view target,
-            const std::vector<std::string>& default_pages) {
+Route route(const asp::SitePaths& paths, std::string_view target, const RouteSettings& settings) {
     target = without_authority(target);
     const std::size_t mark = std::min(target.find('?'), target.size());
     const std::string_view raw = target.substr(0, mark);
@@ -94,17 +104,17 @@ Route route(const asp::SitePaths& paths, std::string_view target,
     result.path = *plain;
     result.query = target.substr(std::min(mark + 1, target.size()));
     if (!found->folder)
-        return to_file(std::move(result), paths, std::move(*found));
+        return to_file(std::move(result), paths, std::move(*found), settings);
     if (!plain->ends_with('/')) {
         result.kind = Route::Kind::Redirect;
         result.location = asp::encode_location(*plain + '/') + std::string(target.substr(mark));
         return result;
     }
-    for (const std::string& name : default_pages) {
+    for (const std::string& name : settings.default_pages) {
         std::optional<asp::SitePaths::Found> page = paths.find(*plain + name);
         if (page && !page->folder) {
             result.path += name;
-            return to_file(std::move(result), paths, std::move(*page));
+            return to_file(std::move(result), paths, std::move(*page), settings);
         }
     }
     return refused(404);

@@ -24,12 +24,17 @@ struct Route {
     std::string site_path; // in the real spelling
     std::string location;  // of a Redirect
     asp::SitePaths::Found found;
+    bool uploaded = false; // a File that a visitor may have brought
+};
+
+struct RouteSettings {
+    std::vector<std::string> default_pages;  // tried, in order, when an address names a folder
+    std::vector<std::string> upload_folders; // "/uploads/": what lies below is never run as a page
 };
 
 // Finds what a request's target names. 400 for one that cannot be read; 404 for what is not there, what
 // leads out of the site, and what is never served: hidden files, types that are not known, pages among the
 // files that visitors have uploaded.
-Route route(const asp::SitePaths& paths, std::string_view target,
-            const std::vector<std::string>& default_pages);
+Route route(const asp::SitePaths& paths, std::string_view target, const RouteSettings& settings);
 
 } // namespace tabrixdb::server

@@ -148,11 +148,17 @@ Settings read(const toml::table& file, const std::string& name) {
     Section security(file.get("security"), "security", name);
     security.boolean("same_origin_posts", settings.same_origin_posts);
     security.texts("allowed_origins", settings.allowed_origins);
+    security.texts("upload_folders", settings.routes.upload_folders);
     security.finish();
+    for (std::string& folder : settings.routes.upload_folders) {
+        if (!folder.starts_with('/'))
+            throw SettingsError(name + ": security.upload_folders are addresses such as \"/uploads/\".");
+        folder += folder.ends_with('/') ? "" : "/";
+    }
 
     Section site(file.get("site"), "site", name);
     site.number("code_page", settings.pages.code_page, 1, 65535);
-    site.texts("default_pages", settings.default_pages);
+    site.texts("default_pages", settings.routes.default_pages);
     site.finish();
     if (!asp::is_code_page(settings.pages.code_page))
         throw SettingsError(name + ": site.code_page " + std::to_string(settings.pages.code_page) +

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "asp/site.h"
+#include "server/router.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -31,8 +32,9 @@ struct Settings {
     bool same_origin_posts = true;
     std::vector<std::string> allowed_origins; // "https://other.example", may post all the same
 
-    std::vector<std::string> default_pages = {"default.asp", "default.htm", "default.html",
-                                              "index.asp",   "index.htm",   "index.html"};
+    RouteSettings routes = {.default_pages = {"default.asp", "default.htm", "default.html", "index.asp",
+                                              "index.htm", "index.html"},
+                            .upload_folders = {"/uploads/"}};
     std::vector<DatabaseSetting> databases;
     asp::PageSettings pages;
 };

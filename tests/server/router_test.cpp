@@ -13,7 +13,7 @@ std::string shown(const Route& route) {
     case Route::Kind::Page:
         return "page " + route.site_path;
     case Route::Kind::File:
-        return "file " + route.site_path;
+        return (route.uploaded ? "uploaded file " : "file ") + route.site_path;
     case Route::Kind::Redirect:
         return "to " + route.location;
     case Route::Kind::Refused:
@@ -43,6 +43,10 @@ TEST(Router, FindsWhatAnAddressNamesAndNothingElse) {
                              "README",
                              "TabrixDb/temp/evil.asp",
                              "TabrixDb/temp/list.csv",
+                             "Uploads/evil.asp",
+                             "Uploads/deep/x.asp;.jpg",
+                             "Uploads/deep/page.htm",
+                             "uploads2/own.asp",
                              "empty/x.txt",
                              "a b/ä+.txt"})
         folder.write(name, "x");
@@ -85,7 +89,12 @@ TEST(Router, FindsWhatAnAddressNamesAndNothingElse) {
         {"/demo/picture.gif", "404"}, // a link to the database
         {"/TabrixDb/temp/evil.asp", "404"},
         {"/tabrixdb/TEMP/evil.asp", "404"},
-        {"/tabrixdb/temp/list.csv", "file /TabrixDb/temp/list.csv"},
+        {"/tabrixdb/temp/list.csv", "uploaded file /TabrixDb/temp/list.csv"},
+        {"/uploads/EVIL.asp", "404"},
+        {"/uploads/", "404"},
+        {"/uploads/deep/x.asp;.jpg", "uploaded file /Uploads/deep/x.asp;.jpg"},
+        {"/uploads/deep/page.htm", "uploaded file /Uploads/deep/page.htm"},
+        {"/uploads2/own.asp", "page /uploads2/own.asp"},
         // Names that mean something else elsewhere.
         {"/demo/orders.asp.", "404"},
         {"/demo/orders.asp%20", "404"},
@@ -111,12 +120,13 @@ TEST(Router, FindsWhatAnAddressNamesAndNothingElse) {
         {"demo.css", "400"},
     };
 
-    const Route front = route(paths, "/?a=b?c", {"default.asp"});
+    const RouteSettings settings{{"default.asp", "index.html", "evil.asp"}, {"/uploads/"}};
+    const Route front = route(paths, "/?a=b?c", settings);
     EXPECT_EQ(front.path, "/default.asp");
     EXPECT_EQ(front.query, "a=b?c");
     for (const auto& c : cases)
-        EXPECT_EQ(shown(route(paths, c.target, {"default.asp", "index.html"})), c.expected) << c.target;
-    EXPECT_EQ(shown(route(paths, "/" + std::string(5000, 'a'), {})), "404");
+        EXPECT_EQ(shown(route(paths, c.target, settings)), c.expected) << c.target;
+    EXPECT_EQ(shown(route(paths, "/" + std::string(5000, 'a'), settings)), "404");
 }
 
 } // namespace

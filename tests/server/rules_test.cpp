@@ -108,6 +108,7 @@ script_seconds = 5
 [security]
 same_origin_posts = false
 allowed_origins = ["https://a"]
+upload_folders = ["/files", "/a/b/"]
 [site]
 default_pages = ["x.asp"]
 code_page = 1252
@@ -136,7 +137,8 @@ script = "b.sql"
     EXPECT_EQ(settings.pages.mail.errors_per_hour, 0U);
     EXPECT_FALSE(settings.same_origin_posts);
     EXPECT_EQ(settings.allowed_origins, std::vector<std::string>{"https://a"});
-    EXPECT_EQ(settings.default_pages, std::vector<std::string>{"x.asp"});
+    EXPECT_EQ(settings.routes.upload_folders, (std::vector<std::string>{"/files/", "/a/b/"}));
+    EXPECT_EQ(settings.routes.default_pages, std::vector<std::string>{"x.asp"});
     ASSERT_EQ(settings.databases.size(), 2U);
     EXPECT_EQ(settings.databases[1].script, "b.sql");
 }
@@ -154,6 +156,8 @@ TEST(Settings, RefusesWhatItDoesNotKnowByNameAndLine) {
         {"[server]\nport = \"80\"", "t, line 2: server.port is a number from 0 to 65535."},
         {"[server]\nhost = 1", "t, line 2: server.host is a text."},
         {"[security]\nsame_origin_posts = 1", "t, line 2: security.same_origin_posts is true or false."},
+        {"[security]\nupload_folders = [\"files/\"]",
+         "t: security.upload_folders are addresses such as \"/uploads/\"."},
         {"[site]\ndefault_pages = \"a\"", "t, line 2: site.default_pages is a list of texts."},
         {"[site]\ncode_page = 7", "t: site.code_page 7 is not known."},
         {"[mail]\nserver = \"m.example\"", "t: mail.server begins with smtp:// or smtps://."},
@@ -178,7 +182,7 @@ TEST(Settings, AreThoseOfTheDemoSite) {
         std::filesystem::path(TABRIXDB_TEST_CASES).parent_path().parent_path() / "site";
     const Settings given = read_settings(site), none;
     EXPECT_EQ(given.port, none.port);
-    EXPECT_EQ(given.default_pages, none.default_pages);
+    EXPECT_EQ(given.routes.default_pages, none.routes.default_pages);
     EXPECT_EQ(given.databases.size(), 1U);
 }
 
@@ -186,6 +190,10 @@ TEST(ContentTypes, KnowNoSourcesAndNoData) {
     EXPECT_EQ(content_type("/a/B.GIF"), "image/gif");
     for (const char* name : {"a.asp", "a.inc", "a.db", "a.gif.db-wal", "gif", "a.", "a.gif~"})
         EXPECT_EQ(content_type(name), "") << name;
+    for (const char* name : {"a.png", "a.jpg", "a.txt", "a.csv", "a.pdf", "a.mp4"})
+        EXPECT_TRUE(is_passive(content_type(name))) << name;
+    for (const char* name : {"a.htm", "a.svg", "a.js", "a.xml", "a.css", "a.wasm", "a.zip", "a"})
+        EXPECT_FALSE(is_passive(content_type(name))) << name;
 }
 
 } // namespace
