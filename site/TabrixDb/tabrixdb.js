@@ -142,7 +142,9 @@
         const place = anchored(target) ? target : '';
         form.setAttribute('action', location.pathname + location.search + place);
         const typed = typedFields(form).map((field) => [field.name, field.value]);
-        remember(placeKey(), { name, focus, typed, saves: SAVING.includes(action), scroll: place ? null : { left: scrollX, top: scrollY } });
+        const saves = SAVING.includes(action);
+        const files = filesToKeep(form, saves || KEEPING.includes(`${command} ${action}`));
+        remember(placeKey(), { name, focus, typed, files, saves, scroll: place ? null : { left: scrollX, top: scrollY } });
         // A field of the page may be called "submit" and hide the form's own method.
         HTMLFormElement.prototype.submit.call(form);
     }
@@ -166,6 +168,7 @@
         if (!isGrid(place.name)) return;
         const refused = showMessage(place.name);
         if (refused || !place.saves) keepAsTyped(findForm(place.name), place.typed);
+        keepFiles(findForm(place.name), place.files, place.saves && !refused);
         if (refused || !place.focus) return;
         const next = place.focus === FIRST_FIELD ? controls(findForm(place.name))[0]
             : document.querySelector(`a[href="${CSS.escape(place.focus)}"]`);
@@ -193,7 +196,7 @@
         return options.some((option, i) => option.selected !== (first ? i === 0 : option.defaultSelected));
     }
 
-    const typedFields = (form) => controls(form).filter((field) => field.name && isTyped(field));
+    const typedFields = (form) => [...new Set([...controls(form).filter((field) => field.name && isTyped(field)), ...filesOf(form)])];
 
     const isFilter = (name) => document.querySelector(`a[href^="javascript:filter_source('${CSS.escape(name)}',"]`) !== null;
 
@@ -293,6 +296,7 @@
         const form = findForm(grid);
         if (!form) return;
         HTMLFormElement.prototype.reset.call(form);
+        for (const field of filesOf(form)) takeBackFile(field);
         for (const field of controls(form)) clearProblem(form, field.name);
     }
 
@@ -458,7 +462,7 @@
         }
     }
 
-    // --- Dates and files ---------------------------------------------------------------------------------------
+    // --- Dates -----------------------------------------------------------------------------------------------
 
     /** Asks for a date and writes it into a field as year-month-day, which the engine reads everywhere. */
     function show_date(grid, field) {
@@ -477,12 +481,233 @@
         });
     }
 
-    const noUpload = () => alert('This site does not take files yet.');
+    // --- Files -------------------------------------------------------------------------------------------------
 
-    const upload_file = noUpload;
-    const upload_image = noUpload;
-    const upload_to_db = noUpload;
-    const upload_to_dbimage = noUpload;
+    // Files that were sent and are not saved yet, by the field that holds the file's name: { kind, key, file, label, restore() }.
+    const sentFiles = new Map();
+
+    /** Where uploads go: uploadhandler is written into the page by the engine. */
+    function uploadAddress(parameters) {
+        const address = new URL(window.uploadhandler, location.href);
+        for (const [name, value] of Object.entries(parameters)) address.searchParams.set(name, value);
+        return address.href;
+    }
+
+    const UPLOAD_HEADERS = { 'X-TabrixDb': 'upload' };
+
+    /** What the upload handler answers: an object, with error if it is none that one can go on with. */
+    function answerOf(status, text) {
+        try {
+            const answer = JSON.parse(text);
+            if (typeof answer === 'object' && answer) return answer;
+        } catch { /* a page that says what is wrong, for whoever looks after the site */ }
+        return { error: status === 413 ? 'The file is too large for this server.' : `This site does not take the file (${status}).` };
+    }
+
+    async function uploadRules(kind, folder) {
+        if (!window.uploadhandler) return { error: 'This site takes no files.' };
+        try {
+            const response = await fetch(uploadAddress({ kind, folder }));
+            return answerOf(response.status, await response.text());
+        } catch {
+            return { error: 'The server can not be reached. Please try again.' };
+        }
+    }
+
+    function discardFile({ kind, key }) {
+        fetch(uploadAddress({ kind, discard: key }), { method: 'POST', headers: UPLOAD_HEADERS, keepalive: true }).catch(() => {});
+    }
+
+    /** As if the file had never been chosen. */
+    function takeBackFile(field) {
+        const sent = sentFiles.get(field);
+        if (!sent) return;
+        sentFiles.delete(field);
+        discardFile(sent);
+        sent.restore();
+    }
+
+    const randomKey = () => [...crypto.getRandomValues(new Uint8Array(16))].map((byte) => byte.toString(16).padStart(2, '0')).join('');
+
+    /**
+     * Sends one file. Gives its key, a promise of the answer, and a function that stops it and takes it back, however far it
+     * has come. progress is called with the share that was sent.
+     */
+    function sendFile(kind, folder, file, progress) {
+        const key = randomKey();
+        const request = new XMLHttpRequest();
+        const answer = new Promise((resolve) => {
+            request.upload.addEventListener('progress', ({ loaded, total }) => progress(loaded / total));
+            request.addEventListener('load', () => resolve(answerOf(request.status, request.responseText)));
+            request.addEventListener('error', () => resolve({ error: 'The file could not be sent. It may be too large for this server.' }));
+        });
+        const form = new FormData();
+        form.append('file', file);
+        request.open('POST', uploadAddress({ kind, folder, key }));
+        for (const [name, value] of Object.entries(UPLOAD_HEADERS)) request.setRequestHeader(name, value);
+        request.send(form);
+        const stop = () => {
+            request.abort();
+            discardFile({ kind, key });
+        };
+        return { key, answer, stop };
+    }
+
+    const isPicture = (file) => /^image\/(png|jpeg|gif|webp|bmp)$/.test(file.type);
+    const megabytes = (bytes) => `${(bytes / 1048576).toLocaleString(undefined, { maximumFractionDigits: 1 })} MB`;
+
+    /** Lets the visitor choose a file, shows it and sends it. done is called with the file, its key, and the name that it has now. */
+    function fileDialog(question, kind, folder, done) {
+        const chooser = element('input', { type: 'file', required: true, autofocus: true, disabled: true });
+        const preview = element('img', { className: 'tabrixdb-preview', alt: 'Preview', hidden: true });
+        const bar = element('progress', { value: 0, hidden: true, ariaLabel: 'Sent' });
+        const rules = element('small', {}, 'One moment ...');
+        const problem = element('div', { className: 'tabrixdb-problem', role: 'alert' });
+        const send = element('button', { type: 'submit', disabled: true }, 'Upload');
+        const cancel = element('button', { type: 'button' }, 'Cancel');
+        const title = element('h2', { id: 'tabrixdb-dialog-title' }, question);
+        const form = element('form', { method: 'dialog' }, title, element('label', {}, 'File', chooser, rules),
+            preview, bar, problem, element('p', {}, cancel, send));
+        const dialog = element('dialog', { className: 'tabrixdb-dialog' }, form);
+        dialog.setAttribute('aria-labelledby', title.id);
+        let most = Infinity;
+        let sending = null;
+        let shown = '';
+
+        const show = () => {
+            const [file] = chooser.files;
+            URL.revokeObjectURL(shown);
+            shown = file && isPicture(file) ? URL.createObjectURL(file) : '';
+            preview.hidden = !shown;
+            if (shown) preview.src = shown;
+            problem.textContent = file && file.size > most ? `The file is too large: ${megabytes(file.size)}.` : '';
+            send.disabled = !file || file.size > most;
+        };
+        chooser.addEventListener('change', show);
+        cancel.addEventListener('click', () => dialog.close());
+        dialog.addEventListener('close', () => {
+            sending?.stop();
+            URL.revokeObjectURL(shown);
+            dialog.remove();
+        });
+        form.addEventListener('submit', async (event) => {
+            event.preventDefault();
+            const [file] = chooser.files;
+            if (!file || sending) return;
+            for (const control of [chooser, send]) control.disabled = true;
+            bar.hidden = false;
+            problem.textContent = '';
+            sending = sendFile(kind, folder, file, (share) => { bar.value = share; });
+            const { key, answer: answered } = sending;
+            const answer = await answered;
+            sending = null;
+            for (const control of [chooser, send]) control.disabled = false;
+            bar.hidden = true;
+            if (answer.error || !answer.file) {
+                problem.textContent = answer.error ?? 'This site does not take the file.';
+                return;
+            }
+            dialog.close();
+            done(file, key, answer.file);
+        });
+        document.body.append(dialog);
+        dialog.showModal();
+        uploadRules(kind, folder).then((answer) => {
+            problem.textContent = answer.error ?? '';
+            rules.textContent = answer.error ? '' : `At most ${megabytes(answer.most)}: ${answer.types.replaceAll(',', ' ')}`;
+            if (answer.error) return cancel.focus();
+            chooser.accept = answer.types;
+            chooser.disabled = false;
+            most = answer.most;
+            chooser.focus();
+        });
+    }
+
+    /** Shows beside a control which file it has got; the result is a function that shows what was there before. */
+    function showSent(link, file) {
+        const picture = link?.querySelector('img');
+        if (picture && isPicture(file)) {
+            const before = picture.getAttribute('src');
+            picture.src = URL.createObjectURL(file);
+            return () => picture.setAttribute('src', before ?? '');
+        }
+        const note = element('span', { className: 'tabrixdb-sent' }, file.name);
+        if (isPicture(file)) note.prepend(element('img', { className: 'tabrixdb-preview', alt: '', src: URL.createObjectURL(file) }));
+        link?.after(note);
+        return () => note.remove();
+    }
+
+    /** Puts the name of a file that was sent into its field. */
+    function holdFile(field, sent, show) {
+        takeBackFile(field);
+        const before = field.value;
+        const hide = show();
+        field.value = sent.file;
+        field.dispatchEvent(new Event('input', { bubbles: true }));
+        sentFiles.set(field, { ...sent, restore() { field.value = before; hide(); } });
+    }
+
+    // The function of a control's link, what its dialog asks, and whether the field itself shows the name.
+    const UPLOADS = {
+        file: { call: 'upload_file', question: 'Upload a file', named: true },
+        picture: { call: 'upload_image', question: 'Upload a picture' },
+        database: { call: 'upload_to_db', question: 'Upload a file' },
+        database_picture: { call: 'upload_to_dbimage', question: 'Upload a picture' },
+    };
+
+    const uploadLink = (kind, grid, name) => document.querySelector(`a[href^="javascript:${UPLOADS[kind].call}('${CSS.escape(grid)}','${CSS.escape(name)}'"]`);
+
+    function upload(kind, grid, name, place = '') {
+        const form = findForm(grid);
+        const field = form && [...form.elements].find((input) => input.name === name);
+        if (!field) return;
+        const folder = place && decodeURI(new URL(place, location.href).pathname);
+        const link = uploadLink(kind, grid, name);
+        fileDialog(UPLOADS[kind].question, kind, folder, (file, key, stored) => {
+            holdFile(field, { kind, key, file: stored, label: file.name },
+                () => (UPLOADS[kind].named ? () => {} : showSent(link, file)));
+            (link ?? field).focus();
+        });
+    }
+
+    /** A file into a folder of the site; the field gets its name. */
+    function upload_file(grid, field, folder) {
+        upload('file', grid, field, folder);
+    }
+
+    /** A picture into a folder of the site, whose address stands before the names of pictures. */
+    function upload_image(grid, field, prefix) {
+        upload('picture', grid, field, prefix);
+    }
+
+    /** A file into the column of the record, when that is saved. */
+    function upload_to_db(grid, field) {
+        upload('database', grid, field);
+    }
+
+    function upload_to_dbimage(grid, field) {
+        upload('database_picture', grid, field);
+    }
+
+    const filesOf = (form) => [...sentFiles.keys()].filter((field) => field.form === form);
+
+    /** Before a form is posted: what the next page has to know of its files. Files that the command gives up are taken back. */
+    function filesToKeep(form, keeps) {
+        const kept = keeps ? filesOf(form) : [];
+        const known = kept.map((field) => ({ name: field.name, ...sentFiles.get(field) }));
+        for (const field of kept) sentFiles.delete(field);
+        for (const field of [...sentFiles.keys()]) takeBackFile(field);
+        return known.map(({ name, kind, key, file, label }) => ({ name, kind, key, file, label }));
+    }
+
+    /** After it: files of a record that was saved are not needed any more; others belong to their fields again. */
+    function keepFiles(form, known, saved) {
+        for (const sent of known) {
+            const field = [...form.elements].find((input) => input.name === sent.name);
+            if (saved && sent.kind.startsWith('database')) discardFile(sent);
+            else if (!saved && field) holdFile(field, sent, () => (UPLOADS[sent.kind].named ? () => {} : showSent(uploadLink(sent.kind, nameOf(form), sent.name), { name: sent.label, type: '' })));
+        }
+    }
 
     // --- Dialogs -----------------------------------------------------------------------------------------------
 
@@ -508,6 +733,14 @@
             padding: .45rem; font: inherit; border: 1px solid #94a3b8; border-radius: .35rem; }
         .tabrixdb-dialog p { display: flex; gap: .5rem; justify-content: flex-end; margin: 0; }
         .tabrixdb-dialog button { padding: .45rem 1rem; font: inherit; border: 1px solid #94a3b8; border-radius: .35rem; background: #fff; cursor: pointer; }
+        .tabrixdb-dialog button:disabled { opacity: .5; cursor: default; }
+        .tabrixdb-dialog progress { width: 100%; }
+        .tabrixdb-dialog .tabrixdb-problem { max-width: 22rem; margin-bottom: .8rem; }
+        .tabrixdb-dialog .tabrixdb-problem:empty { display: none; }
+        .tabrixdb-preview { max-width: min(20rem, 75vw); max-height: 12rem; display: block; margin: 0 0 .8rem; border-radius: .35rem; }
+        .tabrixdb-preview[hidden] { display: none; }
+        :where(.tabrixdb-sent) { margin-left: .5em; }
+        :where(.tabrixdb-sent) .tabrixdb-preview { max-width: 8rem; max-height: 6rem; }
         .tabrixdb-dialog button[type=submit] { border-color: #1d4ed8; background: #1d4ed8; color: #fff; }`;
 
     /** A dialog with these fields; done is called when its button is pressed and the browser finds the fields in order. */
@@ -608,6 +841,7 @@
         }
         document.addEventListener('keydown', saveOnEnter);
         document.addEventListener('input', checkAgain);
+        addEventListener('pagehide', () => [...sentFiles.keys()].forEach(takeBackFile));
         returnToPlace();
     }
 

@@ -40,6 +40,7 @@ void export_blob(const DbSource& source, std::size_t column, const std::string& 
                                  : records.value(column);
         application().lock();
         application().set_value(key, blob);
+        application().set_value(std::string(kBlobMark) + key, true);
         application().unlock();
     });
 }

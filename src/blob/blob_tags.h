@@ -8,6 +8,10 @@
 
 namespace tabrixdb {
 
+// Beside the bytes under KEY, the Application holds True under this and KEY. So the page that sends them can
+// tell them from other values of the site.
+inline constexpr std::string_view kBlobMark = "TabrixDb_blob:";
+
 // The start of a response tag behind the column's name. Filling one has an effect of its own.
 inline constexpr std::string_view kBlobResponse = ";blob_response=";
 

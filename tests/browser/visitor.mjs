@@ -5,14 +5,15 @@ import { after, before } from 'node:test';
 import { launchChromium } from './chromium.mjs';
 import { query, startServer } from './server.mjs';
 
-/** Has a server and a browser while the tests run. tab is the visitor's page, complaints what the browser said about it. */
-export function demoVisitor() {
+/** Has a server and a browser while the tests run; extra is a folder whose files are laid over the site. tab is the visitor's page, complaints what the browser said about it. */
+export function demoVisitor({ extra } = {}) {
     let server, browser, context;
     const visitor = {
         tab: undefined,
         complaints: [],
 
         get url() { return server.url; },
+        get site() { return server.site; },
 
         /** The rows of a query on the shop's database. */
         query: (sql) => query(server.site, sql),
@@ -45,7 +46,7 @@ export function demoVisitor() {
     };
 
     before(async () => {
-        server = await startServer();
+        server = await startServer({ extra });
         browser = await launchChromium();
     });
     after(async () => {
