@@ -462,23 +462,127 @@
         }
     }
 
-    // --- Dates -----------------------------------------------------------------------------------------------
+    // --- Dates -------------------------------------------------------------------------------------------------
 
-    /** Asks for a date and writes it into a field as year-month-day, which the engine reads everywhere. */
-    function show_date(grid, field) {
-        const form = findForm(grid);
-        const target = form && controls(form, field)[0];
-        if (!target) return;
-        const [known] = target.value.match(/\d{4}-\d\d-\d\d/) ?? [];
-        const shown = new Date(target.value);
+    const CALENDAR = new URL('calendar.asp', document.currentScript?.src ?? location.href).href;
+
+    /** A day so many days and months later, as year-month-day; the last day of a month that is shorter. */
+    function laterDay(day, days, months = 0) {
+        const date = new Date(`${day}T00:00Z`);
+        const wanted = date.getUTCDate();
+        date.setUTCDate(1);
+        date.setUTCMonth(date.getUTCMonth() + months);
+        const last = new Date(Date.UTC(date.getUTCFullYear(), date.getUTCMonth() + 1, 0)).getUTCDate();
+        date.setUTCDate(Math.min(wanted, last) + days);
+        return date.toISOString().slice(0, 10);
+    }
+
+    /** Where a key leads from a day; week is its place in the week, from 0. */
+    function dayByKey({ key, shiftKey }, day, week) {
+        switch (key) {
+            case 'ArrowLeft': return laterDay(day, -1);
+            case 'ArrowRight': return laterDay(day, 1);
+            case 'ArrowUp': return laterDay(day, -7);
+            case 'ArrowDown': return laterDay(day, 7);
+            case 'Home': return laterDay(day, -week);
+            case 'End': return laterDay(day, 6 - week);
+            case 'PageUp': return laterDay(day, 0, shiftKey ? -12 : -1);
+            case 'PageDown': return laterDay(day, 0, shiftKey ? 12 : 1);
+            default: return '';
+        }
+    }
+
+    async function fetchMonth(date) {
+        const response = await fetch(`${CALENDAR}?${new URLSearchParams({ date })}`);
+        const html = await response.text();
+        if (!response.ok || !html.includes('tabrixdb-day')) throw new Error(html);
+        return html;
+    }
+
+    /** The calendar in a dialog, with a month that was fetched. done is called with the day that was chosen. */
+    function calendarDialog(firstMonth, done) {
+        const title = element('h2', { id: 'tabrixdb-dialog-title' }, 'Choose a date');
+        const month = element('div');
+        const cancel = element('button', { type: 'button' }, 'Cancel');
+        const dialog = element('dialog', { className: 'tabrixdb-dialog tabrixdb-calendar' }, title, month, element('p', {}, cancel));
+        dialog.setAttribute('aria-labelledby', title.id);
+        let chosen;
+
+        const days = () => [...month.querySelectorAll('.tabrixdb-day button')];
+        const show = (html, day, focus = true) => {
+            month.innerHTML = html;
+            const marked = month.querySelector('.tabrixdb-chosen button');
+            // Today is marked as such, and stands for no date as well.
+            chosen ??= marked?.closest('.tabrixdb-today') ? '' : marked?.value;
+            for (const button of days()) button.parentElement.classList.toggle('tabrixdb-chosen', button.value === chosen);
+            month.querySelector('.tabrixdb-chosen button')?.setAttribute('aria-pressed', 'true');
+            const here = days().find((button) => button.value === day) ?? marked;
+            if (!here) return;
+            here.tabIndex = 0;
+            if (focus) here.focus();
+        };
+        const goTo = async (day, turned) => {
+            const known = turned ? undefined : days().find((button) => button.value === day && !button.parentElement.matches('.tabrixdb-other-month'));
+            if (known) {
+                for (const button of days()) button.tabIndex = -1;
+                known.tabIndex = 0;
+                known.focus();
+                return;
+            }
+            const html = await fetchMonth(day).catch(() => ''); // beyond the calendar's years, or no server
+            if (!html || !dialog.isConnected) return;
+            show(html, day, !turned);
+            if (turned) [...month.querySelectorAll('.tabrixdb-turn')].find((button) => button.getAttribute('aria-label') === turned)?.focus();
+        };
+        month.addEventListener('click', ({ target }) => {
+            const button = target.closest('button');
+            if (!button) return;
+            if (button.matches('.tabrixdb-turn')) {
+                goTo(button.value, button.getAttribute('aria-label'));
+                return;
+            }
+            dialog.close();
+            done(button.value);
+        });
+        month.addEventListener('keydown', (event) => {
+            const cell = event.target.closest('.tabrixdb-day');
+            const day = cell && dayByKey(event, event.target.value, cell.cellIndex);
+            if (!day) return;
+            event.preventDefault();
+            goTo(day);
+        });
+        cancel.addEventListener('click', () => dialog.close());
+        dialog.addEventListener('close', () => dialog.remove());
+        document.body.append(dialog);
+        dialog.showModal();
+        show(firstMonth);
+    }
+
+    /** Without the calendar: the browser's own way to type a date. */
+    function dateDialog(text, done) {
+        const [known] = text.match(/\d{4}-\d\d-\d\d/) ?? [];
+        const shown = new Date(text);
         const day = known ?? (Number.isNaN(shown.getTime()) ? '' : [shown.getFullYear(), shown.getMonth() + 1, shown.getDate()]
             .map((part) => String(part).padStart(2, '0')).join('-'));
         const value = element('input', { type: 'date', value: day, required: true, autofocus: true });
-        ask('Choose a date', 'Choose', [element('label', {}, 'Date', value)], () => {
-            target.value = value.value;
+        ask('Choose a date', 'Choose', [element('label', {}, 'Date', value)], () => done(value.value));
+    }
+
+    /** Asks for a date and writes it into a field as year-month-day, which the engine reads everywhere. */
+    async function show_date(grid, field) {
+        const form = findForm(grid);
+        const target = form && controls(form, field)[0];
+        if (!target) return;
+        const done = (day) => {
+            target.value = day;
             target.dispatchEvent(new Event('input', { bubbles: true }));
             target.focus();
-        });
+        };
+        const text = target.value.trim();
+        const month = await fetchMonth(text).catch(() => '');
+        if (document.querySelector('.tabrixdb-dialog')) return; // of a second click
+        if (month) calendarDialog(month, done);
+        else dateDialog(text, done);
     }
 
     // --- Files -------------------------------------------------------------------------------------------------
@@ -734,6 +838,18 @@
         .tabrixdb-dialog p { display: flex; gap: .5rem; justify-content: flex-end; margin: 0; }
         .tabrixdb-dialog button { padding: .45rem 1rem; font: inherit; border: 1px solid #94a3b8; border-radius: .35rem; background: #fff; cursor: pointer; }
         .tabrixdb-dialog button:disabled { opacity: .5; cursor: default; }
+        .tabrixdb-calendar { min-width: 0; }
+        .tabrixdb-month { display: flex; align-items: center; justify-content: space-between; margin-bottom: .5rem; }
+        .tabrixdb-days { border-collapse: collapse; margin: 0 auto .8rem; }
+        .tabrixdb-days th { padding: .3rem 0; font-size: .8rem; font-weight: 600; color: #64748b; }
+        .tabrixdb-days td { padding: 1px; }
+        .tabrixdb-dialog .tabrixdb-days button { width: 2.5rem; height: 2.5rem; padding: 0; border-color: transparent; font-variant-numeric: tabular-nums; }
+        .tabrixdb-dialog .tabrixdb-turn { padding: .25rem .9rem; font-size: 1.2rem; line-height: 1.2; }
+        .tabrixdb-days .tabrixdb-other-month button { color: #94a3b8; }
+        .tabrixdb-dialog .tabrixdb-days .tabrixdb-today button { border-color: #1d4ed8; }
+        .tabrixdb-dialog .tabrixdb-days .tabrixdb-chosen button { background: #1d4ed8; color: #fff; }
+        .tabrixdb-dialog .tabrixdb-days button:hover { background: #dbeafe; color: #0f172a; }
+        .tabrixdb-dialog button:focus-visible { outline: 2px solid #1d4ed8; outline-offset: 1px; }
         .tabrixdb-dialog progress { width: 100%; }
         .tabrixdb-dialog .tabrixdb-problem { max-width: 22rem; margin-bottom: .8rem; }
         .tabrixdb-dialog .tabrixdb-problem:empty { display: none; }

@@ -195,7 +195,7 @@ describe('tabrixdb.js', () => {
         assert.equal(posted, undefined);
     });
 
-    test('a date is chosen in a dialog and written as year-month-day', async () => {
+    test('without the calendar, a date is typed in a dialog and written as year-month-day', async () => {
         for (const [before, offered] of [['3/9/2026', '2026-03-09'], ['2026-12-31', '2026-12-31'], ['some day', '']]) {
             await open();
             await tab.fill('[name=Name_1]', before);
