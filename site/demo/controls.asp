@@ -57,7 +57,7 @@ db.CreateGrid "workshops", "workshops", Server.MapPath("templates/workshops.htm"
 </tbody>
 </table>
 <p class="lead">Four more kinds take files: <code>UPLOAD</code>, <code>UPLOADIMAGE</code>, <code>UPLOADDB</code> and
-<code>UPLOADDBIMAGE</code>. They are not on this page.</p>
+<code>UPLOADDBIMAGE</code>; see the <a href="catalogue.asp">catalogue</a> and the <a href="documents.asp">documents</a>.</p>
 <%
 ShowSource "controls.asp"
 ShowSource "templates/workshops.htm"

@@ -91,6 +91,16 @@ create table staff (
     about   varchar(200)
 );
 
+create table documents (
+    id    integer primary key,
+    title varchar(60) not null,
+    file  varchar(80),
+    valid date
+);
+
+create view monthly_sales as
+select date(ordered, 'start of month') as month, count(*) as orders, sum(total) as revenue from orders group by 1;
+
 create index products_by_category on products (category_id);
 create index orders_by_customer on orders (customer_id, ordered);
 create index order_lines_by_product on order_lines (product_id);
@@ -285,6 +295,11 @@ insert into staff (name, role, email, started, hours, wage, working, about) valu
     ('Greta Vogel',    'Bakery',     'greta@shop.example',  '2021-05-03', 38.5, 2540,    1, 'Gingerbread all year.'),
     ('Hugo Marchetti', 'Roastery',   'hugo@shop.example',   '2022-11-21', 30,   2105,    1, null),
     ('Ida Wrona',      'Office',     'ida@shop.example',    '2024-04-15', 16,   1350,    1, 'Numbers, mostly.');
+
+-- Documents --------------------------------------------------------------------------------------------
+
+insert into documents (title, valid) values
+    ('Terms of delivery', '2027-12-31'), ('Price list for tearooms', '2026-06-30'), ('How we roast', null);
 
 drop table temp.kinds;
 drop table temp.makes;

@@ -14,5 +14,9 @@ demo_pages = Array( _
     Array("staff.asp", "Staff", "Staff", "A list, a form to edit and a form to add: three templates of one grid."), _
     Array("search.asp", "Search", "Product search", "A filter form with a comparison for each column, joined by And and Or, and filters behind the captions' icons."), _
     Array("order.asp", "Order desk", "Order desk", "A list of orders, the chosen one as a form that goes through them, and a grid of its lines."), _
+    Array("catalogue.asp", "Catalogue", "Picture catalogue", "Pictures in the database: shown, chosen with a preview, and replaced."), _
+    Array("documents.asp", "Documents", "Documents", "Files in a folder of the site, and a date field with its calendar."), _
+    Array("sales.asp", "Sales", "Sales by month", "A bar beside each number, and all rows as a CSV file to download."), _
+    Array("mail.asp", "Mail", "Write to the shop", "A form that becomes a mail; without a mail server, it waits in a folder."), _
     Array("error.asp", "Error", "An error on purpose", "What happens when a table, a template or a name is not there."))
 %>
