@@ -131,22 +131,29 @@ namespace {
 
 // Bytes of the sequence that starts with `lead`, by its lead byte alone; 1 for anything malformed.
 std::size_t sequence_length(unsigned char lead) noexcept {
-    if (lead >= 0xF0 && lead < 0xF8)
+    if (lead >= 0xF0 && lead < 0xF5)
         return 4;
     if (lead >= 0xE0)
         return lead < 0xF0 ? 3 : 1;
     return lead >= 0xC2 ? 2 : 1;
 }
 
+// Whether a sequence with these first bytes is longer than its character needs, or behind the last character.
+bool is_out_of_range(unsigned char lead, unsigned char second) noexcept {
+    return (lead == 0xE0 && second < 0xA0) || (lead == 0xF0 && second < 0x90) ||
+           (lead == 0xF4 && second > 0x8F);
+}
+
 // Length of a well-formed sequence at `at`, or 1.
 std::size_t step(std::string_view utf8, std::size_t at) noexcept {
-    const std::size_t length = sequence_length(static_cast<unsigned char>(utf8[at]));
+    const auto lead = static_cast<unsigned char>(utf8[at]);
+    const std::size_t length = sequence_length(lead);
     if (at + length > utf8.size())
         return 1;
     for (std::size_t i = 1; i < length; ++i)
         if ((static_cast<unsigned char>(utf8[at + i]) & 0xC0) != 0x80)
             return 1;
-    return length;
+    return length > 2 && is_out_of_range(lead, static_cast<unsigned char>(utf8[at + 1])) ? 1 : length;
 }
 
 } // namespace

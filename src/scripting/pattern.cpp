@@ -251,15 +251,21 @@ PatternSearch::~PatternSearch() = default;
 
 int PatternSearch::match(std::size_t last_start) {
     pcre2_set_offset_limit(buffers_->context.get(), last_start);
-    const int found =
-        pcre2_match(pattern_.compiled_->code.get(), units(text_), text_.size(), at_,
-                    is_checked_ ? PCRE2_NO_UTF_CHECK : 0U, buffers_->data.get(), buffers_->context.get());
-    if (found <= PCRE2_ERROR_UTF8_ERR1 && found >= PCRE2_ERROR_UTF8_ERR21) {
+    const auto run = [&] {
+        return pcre2_match(pattern_.compiled_->code.get(), units(text_), text_.size(), at_,
+                           is_checked_ ? PCRE2_NO_UTF_CHECK : 0U, buffers_->data.get(),
+                           buffers_->context.get());
+    };
+    const auto is_malformed = [](int result) {
+        return result <= PCRE2_ERROR_UTF8_ERR1 && result >= PCRE2_ERROR_UTF8_ERR21;
+    };
+    int found = run();
+    if (is_malformed(found)) {
         repaired_ = repaired(text_);
         text_ = repaired_;
-        return match(last_start);
+        found = run();
     }
-    is_checked_ = true;
+    is_checked_ = !is_malformed(found);
     return found;
 }
 

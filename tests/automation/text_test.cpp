@@ -16,7 +16,9 @@ TEST(Text, CountsUnits) {
     EXPECT_EQ(Text("").units(), 0u);
     EXPECT_EQ(Text("aé€😀").units(), 5u);
     EXPECT_EQ(Text(kHigh).units(), 1u);
-    EXPECT_EQ(Text("\xFF\xC3").units(), 2u); // malformed bytes count as one each
+    EXPECT_EQ(Text("\xFF\xC3").units(), 2u);                         // malformed bytes count as one each
+    EXPECT_EQ(Text("\xF5\x80\x80\x80\xF4\x90\x80\x80").units(), 8u); // behind the last character
+    EXPECT_EQ(Text("\xF0\x80\x80\x80\xE0\x80\x80").units(), 7u);     // longer than needed
     EXPECT_EQ(Text::bytes("abc").units(), 1u);
     EXPECT_TRUE(Text("abc").ascii());
     EXPECT_FALSE(Text("é").ascii());

@@ -51,5 +51,19 @@ TEST(PatternSearch, ends_with_the_page) {
     EXPECT_EQ(page.reason(), Interrupt::Reason::TimedOut);
 }
 
+// What is no character is passed over, byte by byte; half a pair is a character.
+TEST(PatternSearch, finds_behind_malformed_text) {
+    for (const char* text :
+         {"a\xFF", "a\xC0\x80", "a\xE0\x80\x80", "a\xED\xA0\x80", "a\xF0\x80\x80\x80", "a\xF4\x90\x80\x80",
+          "a\xF5\x80\x80\x80", "a\xF8\x88\x80\x80\x80", "a\xE2\x82"}) {
+        const std::string whole = std::string(text) + "b";
+        const Pattern pattern("^a[^b]+b$", false, false);
+        PatternSearch search(pattern, whole);
+        ASSERT_TRUE(search.next()) << testing::PrintToString(text);
+        EXPECT_EQ(search.parts()[0].end, whole.size());
+        EXPECT_FALSE(search.next());
+    }
+}
+
 } // namespace
 } // namespace tabrixdb::scripting
