@@ -60,7 +60,7 @@ Sub Take()
         Refuse "507 Insufficient Storage", "There is no room for more files at the moment."
     End If
     path = Store(PartOf(whole, start, length), SafeName(files.GetBaseName(name)), extension)
-    Session(kOwnUploads) = LastOf(Session(kOwnUploads)) & Key() & " " & path & "|"
+    Session(kOwnUploads) = LastOf(Session(kOwnUploads) & "|" & Key() & " " & path)
     Answer """file"": " & Json(files.GetFileName(path))
 End Sub
 
@@ -203,16 +203,13 @@ Sub Discard(wanted)
     Session(kOwnUploads) = own
 End Sub
 
-' The latest uploads of the session, beginning and ending with "|".
+' The latest uploads of a list, between "|".
 Function LastOf(own)
-    Dim paths, i
-    LastOf = own
-    If LastOf = "" Then LastOf = "|"
-    paths = Split(LastOf, "|")
-    If UBound(paths) <= kMostOwnUploads Then Exit Function
+    Dim uploads, i
+    Set uploads = Matches(own, "[^|]+")
     LastOf = "|"
-    For i = UBound(paths) - kMostOwnUploads To UBound(paths) - 1
-        LastOf = LastOf & paths(i) & "|"
+    For i = 0 To uploads.Count - 1
+        If i >= uploads.Count - kMostOwnUploads Then LastOf = LastOf & uploads(i).Value & "|"
     Next
 End Function
 

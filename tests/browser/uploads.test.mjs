@@ -311,6 +311,36 @@ describe('uploads', () => {
         assert.deepEqual(waiting(), [`${'f'.repeat(32)}-new.txt.upload`, 'ORDERS.csv'].sort());
     });
 
+    test('of many uploads of one visitor, the latest can be taken back', async () => {
+        const key = (number) => String(number).padStart(32, '0');
+        const options = (more, cookie) => ({ kind: 'file', more, headers: { 'X-TabrixDb': 'upload', ...cookie && { cookie } } });
+        const first = await post(form(part('a.txt')), options(`&key=${key(0)}`));
+        const cookie = first.headers['set-cookie'][0].split(';')[0];
+        for (let i = 1; i <= 60; i += 1) await post(form(part('a.txt')), options(`&key=${key(i)}`, cookie));
+        assert.equal(filesIn('uploads').length, 61);
+        for (let i = 0; i <= 60; i += 1) await post('', options(`&discard=${key(i)}`, cookie));
+        assert.deepEqual(filesIn('uploads'), ['a.txt', ...Array.from({ length: 10 }, (_, i) => `a-${i + 2}.txt`)].sort());
+    });
+
+    test('the settings of the site decide who uploads, and how much', async () => {
+        const path = place('TabrixDb/upload_settings.asp');
+        const settings = readFileSync(path, 'utf8');
+        try {
+            writeFileSync(path, settings.replace('UploadIsAllowed = True', 'UploadIsAllowed = (kind = "file")'));
+            assert.equal((await post(form(part('a.txt')))).json.error, 'You may not upload files here.');
+            assert.equal((await post(form(part('a.txt')), { kind: 'file' })).status, 200);
+            writeFileSync(path, settings.replace(/UploadFolderMaxBytes = \d+/, 'UploadFolderMaxBytes = 2'));
+            assert.equal((await post(form(part('b.txt')), { kind: 'file' })).status, 200);
+            assert.equal((await post(form(part('c.txt')), { kind: 'file' })).status, 507);
+            writeFileSync(path, settings.replace(/UploadTypes = ".*"/, 'UploadTypes = "md"'));
+            assert.equal((await post(form(part('c.md')), { kind: 'file' })).status, 200);
+            assert.deepEqual(JSON.parse((await ask(`${HANDLER}?kind=file`)).body), { types: '.md', most: LARGEST });
+            assert.deepEqual(filesIn('uploads'), ['a.txt', 'b.txt', 'c.md']);
+        } finally {
+            writeFileSync(path, settings);
+        }
+    });
+
     test('nothing in the folders of uploads runs, and nothing of it is shown as a page', async () => {
         const { json } = await post(form(part('a.txt')));
         assert.equal((await ask(`/TabrixDb/temp/${json.file}`)).status, 404);
