@@ -12,6 +12,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace tabrixdb::asp {
@@ -88,7 +89,12 @@ public:
 
     bool finish_new() override {
         close();
-        if (link(part_.c_str(), path_.c_str()) == 0)
+        if (renameat2(AT_FDCWD, part_.c_str(), AT_FDCWD, path_.c_str(), RENAME_NOREPLACE) == 0) {
+            finished_ = true;
+            return true;
+        }
+        // Not every file system can do that; others can't link.
+        if (errno != EEXIST && link(part_.c_str(), path_.c_str()) == 0)
             return true;
         if (errno != EEXIST)
             throw Error(kErrorDenied);

@@ -207,10 +207,11 @@ void Page::send_mail(const platform::Mail& mail) {
     message->post();
 }
 
-bool Page::may_mail_error() {
-    const bool admitted = site_.post_office.admit_error();
+bool Page::may_mail_error(std::string_view error) {
+    const bool admitted = site_.post_office.admit_error(paths_.front());
     if (!admitted)
-        site_.log("An error was not mailed: there were too many within an hour.");
+        site_.log("An error was not mailed, there were too many within an hour: " + paths_.front() + " | " +
+                  std::string(error));
     return admitted;
 }
 

@@ -74,7 +74,7 @@ public:
     platform::FileSystem& file_system() override { return site_.files; }
 
     void send_mail(const platform::Mail& mail) override;
-    bool may_mail_error() override;
+    bool may_mail_error(std::string_view error) override;
 
     std::string bytes_of_text(std::string_view text) override {
         return encode_single_bytes(text, site_.settings.code_page);

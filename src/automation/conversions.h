@@ -64,6 +64,10 @@ struct DateParts {
     int weekday; // 1 = Sunday
 };
 
+// The first and the last day of the calendar: 1 January 100 and 31 December 9999.
+inline constexpr double kFirstDate = -657434;
+inline constexpr double kLastDate = 2958465;
+
 // Fractions are rounded to the second; negative days count the fraction forward. Error 5 out of range.
 DateParts date_parts(double days);
 // Days of a date at midnight; month and day may lie outside their range (they carry over). Error 5 out of

@@ -25,6 +25,7 @@ constexpr sys_days civil(int year, unsigned month, unsigned day) {
 constexpr sys_days kDayZero = civil(1899, 12, 30);
 constexpr std::int64_t kFirstDay = (civil(kFirstYear, 1, 1) - kDayZero).count();
 constexpr std::int64_t kLastDay = (civil(kLastYear, 12, 31) - kDayZero).count();
+static_assert(kFirstDay == kFirstDate && kLastDay == kLastDate);
 
 std::int64_t floor_div(std::int64_t a, std::int64_t b) {
     return a / b - (a % b != 0 && (a < 0) != (b < 0));

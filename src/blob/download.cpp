@@ -19,8 +19,8 @@ constexpr std::string_view kEnding = ".csv";
 // A browser asks for the file right after the page; a user may do so as long as the page is open.
 constexpr std::chrono::hours kKept{24};
 
-// Records that are held as text at once.
-constexpr std::int32_t kBatch = 500;
+// Bytes that are written at once; besides them one record is held.
+constexpr std::size_t kBuffer = 65536;
 
 // Characters of a table's name in that of a file, which has at most 255 bytes: a query without a FROM gives
 // its whole text.
@@ -51,14 +51,17 @@ bool stopped() {
 // Every value between quotes, a line for each record, without a line break behind the last one.
 void write_records(platform::Recordset& records, platform::FileWriter& file) {
     constexpr std::string_view kBetweenRows = "\"\r\n\"";
-    std::string_view before = "\"";
+    std::string lines = "\"";
     while (!records.eof() && !stopped()) {
-        std::string text = records.get_string(kBatch, "\",\"", kBetweenRows, "NULL");
-        text.resize(text.size() - kBetweenRows.size() + 1); // the closing quote stays
-        file.write_text(before);
-        file.write_text(text);
-        before = kBetweenRows.substr(1);
+        lines += records.get_string(1, "\",\"", kBetweenRows, "NULL");
+        if (records.eof())
+            lines.resize(lines.size() - kBetweenRows.size() + 1); // the closing quote stays
+        if (lines.size() >= kBuffer) {
+            file.write_text(lines);
+            lines.clear();
+        }
     }
+    file.write_text(lines);
 }
 
 // Goes through a recordset from its first record, and back to where it was.

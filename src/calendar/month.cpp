@@ -31,6 +31,20 @@ bool same_day(const DateParts& a, const DateParts& b) {
     return a.year == b.year && a.month == b.month && a.day == b.day;
 }
 
+bool is_in_calendar(double day) {
+    return day >= kFirstDate && day <= kLastDate;
+}
+
+// The first day of the month so many months on; a day beyond the calendar where it ends.
+double month_after(const DateParts& day, int months) {
+    const int month = day.month + months;
+    if (day.year == 9999 && month > 12)
+        return kLastDate + 1;
+    if (day.year == 100 && month < 1)
+        return kFirstDate - 1;
+    return date_serial(day.year, month, 1);
+}
+
 class MonthRenderer {
 public:
     MonthRenderer(std::string_view text, const Month& month)
@@ -38,7 +52,7 @@ public:
           month_(month),
           format_(month.format),
           first_(date_serial(month.chosen.year, month.chosen.month, 1)),
-          next_(date_serial(month.chosen.year, month.chosen.month + 1, 1)),
+          next_(month_after(month.chosen, 1)),
           first_weekday_(month.first_weekday == 0 ? Locale::current().first_weekday : month.first_weekday) {
         if (first_weekday_ < 1 || first_weekday_ > kWeek)
             throw Error(kErrorCall, "FirstDayOfWeek is 0 to 7");
@@ -46,7 +60,7 @@ public:
 
     std::string run() const {
         const auto& [header, cells, footer] = sections_;
-        std::string out = frame(header, date_serial(month_.chosen.year, month_.chosen.month - 1, 1));
+        std::string out = frame(header, month_after(month_.chosen, -1));
         const bool in_rows = contains_ignore_case(cells, "<td");
         for (double day = first_shown(); day < next_;) {
             if (in_rows)
@@ -66,6 +80,8 @@ private:
 
     std::string date_value(double day) const {
         std::string text;
+        if (!is_in_calendar(day))
+            return text;
         if (month_.format.empty())
             append_date_text(text, day);
         else
@@ -79,8 +95,7 @@ private:
         const std::string_view name = language.months[static_cast<std::size_t>(month_.chosen.month - 1)];
         fill_tag(text, "#~element~#", std::string(name) + " " + std::to_string(month_.chosen.year));
         fill_tag(text, "#~date_value~#", date_value(beside));
-        fill_tag(text, "#~previous_month~#",
-                 date_value(date_serial(month_.chosen.year, month_.chosen.month - 1, 1)));
+        fill_tag(text, "#~previous_month~#", date_value(month_after(month_.chosen, -1)));
         fill_tag(text, "#~next_month~#", date_value(next_));
         for (int i = 0; i < kWeek; ++i) {
             const auto weekday = static_cast<std::size_t>((first_weekday_ - 1 + i) % kWeek);
@@ -90,6 +105,12 @@ private:
     }
 
     std::string cell(std::string text, double day) const {
+        if (!is_in_calendar(day)) {
+            for (const std::string_view tag : {"#~element~#", "#~date_value~#", "#~date_name~#"})
+                fill_tag(text, tag, "");
+            fill_tag(text, "#~date_class~#", "tabrixdb-no-day");
+            return text;
+        }
         const DateParts parts = date_parts(day);
         std::string name;
         append_date(name, parts, Locale::current().long_date);

@@ -22,8 +22,8 @@ struct Month {
     std::string_view format; // of dates; empty: as they are written
 };
 
-// Fills a template that has the sections, in the current Locale. Error 5 for another first weekday, and for a
-// month beside which the calendar ends (years 100 to 9999).
+// Fills a template that has the sections, in the current Locale. Where the calendar ends (years 100 to 9999)
+// days and months beyond are empty. Error 5 for another first weekday.
 std::string render_month(std::string_view text, const Month& month);
 
 } // namespace tabrixdb

@@ -47,7 +47,11 @@ void show(const ErrorReport& error);
 void mail_to_admin(const ErrorReport& error, const std::string& page) {
     const std::string& admin = thread_texts().admin_email;
     // A failure of the mail itself is never mailed.
-    if (admin.empty() || error.location == kMailLabel || !platform::Host::current().may_mail_error())
+    if (admin.empty() || error.location == kMailLabel)
+        return;
+    const std::string line =
+        error.number + " " + error.description + " | " + error.source + " | " + error.location;
+    if (!platform::Host::current().may_mail_error(line))
         return;
     try {
         send_mail(platform::Host::current(),

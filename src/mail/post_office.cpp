@@ -3,6 +3,7 @@
 #include "automation/error.h"
 #include "platform/host.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <random>
 
@@ -52,14 +53,16 @@ void PostOffice::post(const Message& message) const {
     file->finish();
 }
 
-bool PostOffice::admit_error() {
+bool PostOffice::admit_error(std::string_view page) {
     const auto now = std::chrono::steady_clock::now();
     const std::lock_guard lock(mutex_);
-    while (!errors_.empty() && now - errors_.front() >= std::chrono::hours(1))
+    while (!errors_.empty() && now - errors_.front().time >= std::chrono::hours(1))
         errors_.pop_front();
-    if (errors_.size() >= settings_.errors_per_hour)
+    const auto of_page = std::ranges::count(errors_, page, &ErrorMail::page);
+    if (errors_.size() >= settings_.errors_per_hour ||
+        of_page >= std::max<std::int64_t>(settings_.errors_per_hour / 4, 1))
         return false;
-    errors_.push_back(now);
+    errors_.push_back({now, std::string(page)});
     return true;
 }
 

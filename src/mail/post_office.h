@@ -7,6 +7,7 @@
 #include <deque>
 #include <mutex>
 #include <string>
+#include <string_view>
 
 namespace tabrixdb::mail {
 
@@ -28,14 +29,21 @@ public:
     // sender or a recipient; errors of the server and the disk.
     void post(const Message& message) const;
 
-    // Whether one more mail about an error may be sent within this hour; it counts when it may.
-    bool admit_error();
+    // Whether one more mail about an error of that page may be sent within this hour; it counts when it may.
+    // One page gets a quarter of the mails, so that it can't keep those of the others back.
+    bool admit_error(std::string_view page);
 
 private:
     const Settings settings_;
     const std::string pickup_; // absolute
     std::mutex mutex_;
-    std::deque<std::chrono::steady_clock::time_point> errors_; // of the last hour
+
+    struct ErrorMail {
+        std::chrono::steady_clock::time_point time;
+        std::string page;
+    };
+
+    std::deque<ErrorMail> errors_; // of the last hour
 };
 
 } // namespace tabrixdb::mail

@@ -64,7 +64,11 @@ List list_of(const std::vector<std::string>& items) {
 
 void secure(CURL* curl, const SmtpServer& server) {
     curl_easy_setopt(curl, CURLOPT_PROTOCOLS_STR, "smtp,smtps");
-    curl_easy_setopt(curl, CURLOPT_USE_SSL, server.require_tls ? CURLUSESSL_ALL : CURLUSESSL_NONE);
+    curl_easy_setopt(curl, CURLOPT_USE_SSL, server.require_tls ? CURLUSESSL_ALL : CURLUSESSL_TRY);
+    if (!server.require_tls) { // what can't be trusted is still better than clear text
+        curl_easy_setopt(curl, CURLOPT_SSL_VERIFYPEER, 0L);
+        curl_easy_setopt(curl, CURLOPT_SSL_VERIFYHOST, 0L);
+    }
     if (!server.ca_file.empty())
         curl_easy_setopt(curl, CURLOPT_CAINFO, server.ca_file.c_str());
     if (!server.user.empty()) {

@@ -49,6 +49,10 @@ void Host::send_mail(const Mail&) {
     throw Error(kErrorCannotCreate);
 }
 
+bool Host::may_mail_error(std::string_view) {
+    return true;
+}
+
 std::string Host::bytes_of_text(std::string_view text) {
     return std::string(text);
 }

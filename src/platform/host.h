@@ -112,8 +112,8 @@ public:
     virtual void send_mail(const Mail& mail);
 
     // Whether one more mail about an error may be sent now, so that a broken page can't flood the
-    // administrator.
-    virtual bool may_mail_error() { return true; }
+    // administrator. `error`: in a line, for the log, when it may not.
+    virtual bool may_mail_error(std::string_view error);
 
     // Text as bytes of the system's code page, one byte a character ("?" for one that it does not have), and
     // bytes as text. Every byte survives both ways.

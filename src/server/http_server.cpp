@@ -55,6 +55,22 @@ bool has_doubtful_length(const asp::Headers& headers) {
     return lengths + codings > 1;
 }
 
+// More than one name, or one that would not be a name where a page writes it.
+bool has_bad_host(const asp::Headers& headers) {
+    int hosts = 0;
+    for (const asp::Header& header : headers) {
+        if (!equal_ignore_case(header.name, "Host"))
+            continue;
+        const bool is_name = std::ranges::all_of(header.value, [](char c) {
+            return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
+                   std::string_view("-._:[]%").find(c) != std::string_view::npos;
+        });
+        if (!is_name || ++hosts > 1)
+            return true;
+    }
+    return false;
+}
+
 using ResponsePointer = std::unique_ptr<MHD_Response, decltype(&MHD_destroy_response)>;
 
 // The library takes the body over without copying it.
@@ -307,7 +323,7 @@ int HttpServer::State::refusal(const Exchange& exchange, MHD_Connection* connect
         MHD_get_connection_info(connection, MHD_CONNECTION_INFO_REQUEST_HEADER_SIZE);
     if (head && head->header_size > settings.header_bytes)
         return 431;
-    if (has_doubtful_length(request.headers))
+    if (has_doubtful_length(request.headers) || has_bad_host(request.headers))
         return 400;
     if (exchange.target == "*" && request.method == "OPTIONS")
         return 204;

@@ -70,7 +70,8 @@ Route to_file(Route route, const asp::SitePaths& paths, asp::SitePaths::Found fo
     route.site_path = route.found.physical.substr(paths.root().size());
     if (has_hidden_segment(route.site_path))
         return refused(404);
-    route.uploaded = is_uploaded(route.site_path, settings);
+    // A folder of uploads may be a link to another.
+    route.uploaded = is_uploaded(route.site_path, settings) || is_uploaded(route.path, settings);
     if (is_page_name(route.site_path)) {
         if (route.uploaded)
             return refused(404);

@@ -11,16 +11,16 @@ namespace {
 constexpr std::size_t kMaxBytes = std::size_t{16} * 1024 * 1024;
 
 void fill(std::string& text, platform::Recordset& records) {
-    std::string value;
     for (std::size_t i = 0; i < records.columns().size(); ++i) {
-        if (records.value(i).is_null()) // its tag stays, so that the gap is seen
-            continue;
-        value.clear();
-        records.append_value(i, value);
         const std::string& name = records.columns()[i].name;
-        for (const std::string& tag : {"#~" + name + "~#", "#~[" + name + "]~#"})
-            if (contains_ignore_case(text, tag))
-                text = replace_ignore_case(text, tag, value, kMaxBytes);
+        for (const std::string& tag : {"#~" + name + "~#", "#~[" + name + "]~#"}) {
+            // The tag of a Null stays, so that the gap is seen.
+            if (!contains_ignore_case(text, tag) || records.value(i).is_null())
+                continue;
+            std::string value;
+            records.append_value(i, value);
+            text = replace_ignore_case(text, tag, value, kMaxBytes);
+        }
     }
 }
 
@@ -28,6 +28,8 @@ std::string base_tag(platform::Request& request, std::string_view relative_path)
     std::string address = site_address(request);
     if (!relative_path.empty())
         address += "/" + std::string(relative_path);
+    // The host's name is what the client says it is.
+    address = replace_all(replace_all(replace_all(address, "\"", "%22"), "<", "%3C"), ">", "%3E");
     return "<BASE HREF=\"" + address + "\" >\r\n";
 }
 

@@ -199,6 +199,16 @@ TEST_F(HttpServerTest, RefusesBodiesOfDoubtfulLength) {
     }
 }
 
+TEST_F(HttpServerTest, RefusesHostsThatAreNoNames) {
+    Client client(start());
+    EXPECT_EQ(client.ask("GET /pic.gif HTTP/1.1\r\nHost: [::1]:8080\r\n\r\n").status, 200);
+    for (const char* hosts :
+         {"Host: evil\"><b>\r\n", "Host: a b\r\n", "Host: a/b\r\n", "Host: a\r\nHost: b\r\n"}) {
+        Client other(server->port());
+        EXPECT_EQ(other.ask("GET /pic.gif HTTP/1.1\r\n" + std::string(hosts) + "\r\n").status, 400) << hosts;
+    }
+}
+
 TEST_F(HttpServerTest, StopsAnEndlessPageAndGoesOn) {
     settings.pages.script_seconds = 1;
     Client client(start());

@@ -51,6 +51,8 @@ TEST(Router, FindsWhatAnAddressNamesAndNothingElse) {
                              "a b/ä+.txt"})
         folder.write(name, "x");
     folder.link("/etc", "out");
+    folder.write("Linked/x.txt", "x");
+    folder.link("../uploads2", "Linked/here");
     folder.link("../data/shop.db", "Demo/picture.gif");
     const asp::SitePaths paths(folder.path());
 
@@ -95,6 +97,7 @@ TEST(Router, FindsWhatAnAddressNamesAndNothingElse) {
         {"/uploads/deep/x.asp;.jpg", "uploaded file /Uploads/deep/x.asp;.jpg"},
         {"/uploads/deep/page.htm", "uploaded file /Uploads/deep/page.htm"},
         {"/uploads2/own.asp", "page /uploads2/own.asp"},
+        {"/linked/here/own.asp", "404"}, // where it lies is none of them, but its address is
         // Names that mean something else elsewhere.
         {"/demo/orders.asp.", "404"},
         {"/demo/orders.asp%20", "404"},
@@ -120,7 +123,7 @@ TEST(Router, FindsWhatAnAddressNamesAndNothingElse) {
         {"demo.css", "400"},
     };
 
-    const RouteSettings settings{{"default.asp", "index.html", "evil.asp"}, {"/uploads/"}};
+    const RouteSettings settings{{"default.asp", "index.html", "evil.asp"}, {"/uploads/", "/linked/here/"}};
     const Route front = route(paths, "/?a=b?c", settings);
     EXPECT_EQ(front.path, "/default.asp");
     EXPECT_EQ(front.query, "a=b?c");
