@@ -25,7 +25,7 @@ If VarType(bytes) <> vbArray + vbByte Then
 ElseIf LenB(bytes) = 0 Then
     Response.Status = "204 No Content"
 Else
-    kind = PictureType(MidB(bytes, 1, 12))
+    kind = PictureType(MidB(bytes, 1, kSignatureBytes))
     If kind = "" Then
         kind = "application/octet-stream"
         start = ""

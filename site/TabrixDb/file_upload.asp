@@ -55,7 +55,7 @@ Sub Take()
     FindFile body, whole, name, start, length
     If length > UploadMaxBytes Then RefuseSize
     extension = LCase(files.GetExtensionName(name))
-    CheckType extension, MidB(body, start, 12)
+    CheckType extension, MidB(body, start, kSignatureBytes)
     If FolderBytes(Server.MapPath(folder)) + length > UploadFolderMaxBytes Then
         Refuse "507 Insufficient Storage", "There is no room for more files at the moment."
     End If

@@ -92,7 +92,7 @@
 
     // --- Posting a command ----------------------------------------------------------------------------------
 
-    const placeKey = () => `tabrixdb:place:${location.pathname}`;
+    const placeKey = (path) => `tabrixdb:place:${path}`;
 
     /** The element that an anchor such as "#orders_start" leads to. */
     function anchored(anchor) {
@@ -141,12 +141,31 @@
         const target = anchor || hiddenField(name, 'anchor')?.value || '';
         const place = anchored(target) ? target : '';
         form.setAttribute('action', location.pathname + location.search + place);
-        const typed = typedFields(form).map((field) => [field.name, field.value]);
-        const saves = SAVING.includes(action);
-        const files = filesToKeep(form, saves || KEEPING.includes(`${command} ${action}`));
-        remember(placeKey(), { name, focus, typed, files, saves, scroll: place ? null : { left: scrollX, top: scrollY } });
+        const keeps = SAVING.includes(action) || KEEPING.includes(`${command} ${action}`);
+        rememberPlace(form, keeps, focus, place ? null : { left: scrollX, top: scrollY });
+        takeBackFiles();
         // A field of the page may be called "submit" and hide the form's own method.
         HTMLFormElement.prototype.submit.call(form);
+    }
+
+    /** Before a form is posted with a command: what the page that comes back has to know. keeps: whether the form's files go with it. */
+    function rememberPlace(form, keeps, focus = '', scroll = null) {
+        const name = nameOf(form);
+        const typed = typedFields(form).map((field) => [field.name, field.value]);
+        const files = keeps ? releaseFiles(form) : [];
+        const saves = SAVING.includes(hiddenField(name, 'params').value.split(';')[1]);
+        const { pathname } = new URL(form.getAttribute('action') ?? '', location.href);
+        remember(placeKey(pathname), { name, focus, typed, files, saves, scroll });
+    }
+
+    /**
+     * A form that a button or a script of the page posts, which is not always seen otherwise: form.submit() has no event of its own.
+     * Its files may be saved by the page that it goes to, so they are not taken back. Nothing is known of a post without a command.
+     */
+    function postedByPage({ target: form }) {
+        if (!filesOf(form).length) return; // as after post()
+        if (hiddenField(nameOf(form), 'command').value) rememberPlace(form, true);
+        else releaseFiles(form);
     }
 
     /** Goes to what the engine says about a change that it did not make; false when it says nothing. */
@@ -161,7 +180,7 @@
 
     /** After a command: back to the old place, and make reloading ask for the page instead of posting again. */
     function returnToPlace() {
-        const place = recall(placeKey());
+        const place = recall(placeKey(location.pathname));
         if (place === null) return;
         history.replaceState(history.state, '', location.href);
         if (place.scroll) scrollTo({ ...place.scroll, behavior: 'instant' });
@@ -631,6 +650,8 @@
         sent.restore();
     }
 
+    const takeBackFiles = () => [...sentFiles.keys()].forEach(takeBackFile);
+
     const randomKey = () => [...crypto.getRandomValues(new Uint8Array(16))].map((byte) => byte.toString(16).padStart(2, '0')).join('');
 
     /**
@@ -795,13 +816,13 @@
 
     const filesOf = (form) => [...sentFiles.keys()].filter((field) => field.form === form);
 
-    /** Before a form is posted: what the next page has to know of its files. Files that the command gives up are taken back. */
-    function filesToKeep(form, keeps) {
-        const kept = keeps ? filesOf(form) : [];
-        const known = kept.map((field) => ({ name: field.name, ...sentFiles.get(field) }));
-        for (const field of kept) sentFiles.delete(field);
-        for (const field of [...sentFiles.keys()]) takeBackFile(field);
-        return known.map(({ name, kind, key, file, label }) => ({ name, kind, key, file, label }));
+    /** The files of a form that is posted with them, for the next page. This one does not take them back any more. */
+    function releaseFiles(form) {
+        return filesOf(form).map((field) => {
+            const { kind, key, file, label } = sentFiles.get(field);
+            sentFiles.delete(field);
+            return { name: field.name, kind, key, file, label };
+        });
     }
 
     /** After it: files of a record that was saved are not needed any more; others belong to their fields again. */
@@ -957,7 +978,8 @@
         }
         document.addEventListener('keydown', saveOnEnter);
         document.addEventListener('input', checkAgain);
-        addEventListener('pagehide', () => [...sentFiles.keys()].forEach(takeBackFile));
+        addEventListener('formdata', postedByPage);
+        addEventListener('pagehide', takeBackFiles);
         returnToPlace();
     }
 

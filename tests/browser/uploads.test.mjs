@@ -173,6 +173,37 @@ describe('uploads', () => {
         await until(() => waiting().length === 0);
     });
 
+    test('a form that the page posts itself keeps its files', async () => {
+        const post = (selector, ...words) => Promise.all([visitor.tab.waitForNavigation(),
+            visitor.tab.evaluate((own) => { window.words = own; }, words).then(() => visitor.tab.click(selector))]);
+        const posts = { button: 'button:text-is("Post")', script: 'a:text-is("Post by script")' };
+        for (const [name, selector] of Object.entries(posts)) {
+            await edit(2);
+            await send('upload_file', `${name}.txt`, Buffer.from(name));
+            await send('upload_to_db', `${name}.txt`, Buffer.from(name));
+            execFileSync('sqlite3', [place('demo/data/shop.db'), `update files set title = 'Changed for ${name}' where id = 2`]);
+            await post(selector, 'edit_grid', 'files;update;1'); // refused
+            assert.equal(await visitor.tab.locator('.tabrixdb-sent').innerText(), `${name}.txt`);
+            await post(selector, 'edit_grid', 'files;update;1');
+            assert.equal(stored('document', 2).toString(), name);
+            assert.equal(visitor.query('select sheet from files where id = 2')[0].sheet, `${name}.txt`);
+            await until(() => waiting().length === 0);
+            assert.equal(readFileSync(place('uploads/documents', `${name}.txt`), 'utf8'), name);
+
+            // The page that is posted to may have saved them in its own way.
+            await edit(2);
+            await send('upload_file', 'own.txt', Buffer.from(name));
+            await send('upload_to_db', 'own.txt', Buffer.from(name));
+            await post(selector, '', '');
+            await edit(2);
+            assert.equal(waiting().length, 1);
+            assert.equal(filesIn('uploads/documents').some((file) => file.startsWith('own')), true);
+            for (const file of waiting()) rmSync(place('TabrixDb/temp', file));
+            rmSync(place('uploads/documents/own.txt'));
+        }
+        assert.deepEqual(complaints(), []);
+    });
+
     test('files for folders get safe names of their own, and the field the name', async () => {
         await edit(2);
         for (const expected of ['Angebot-2026-neu.pdf', 'Angebot-2026-neu-2.pdf']) {
@@ -231,6 +262,9 @@ describe('uploads', () => {
         return { ...answer, json: JSON.parse(answer.body) };
     }
 
+    /** How a bitmap begins whose header has so many bytes. */
+    const bitmap = (header) => Buffer.concat([Buffer.from('BM\x46\0\0\0\0\0\0\0\x36\0\0\0'), Buffer.from([header, 0, 0, 0])]);
+
     test('what is no upload of one good file is refused with a message, and nothing of it stays', async () => {
         const good = part('a.txt');
         const cases = [
@@ -243,6 +277,8 @@ describe('uploads', () => {
             ['only folders', 400, form(part('../../'))],
             ['no ending', 415, form(part('README'))],
             ['no picture', 415, form(part('a.png', 'GIF89a'))],
+            ['a text as a bitmap', 415, form(part('a.bmp', 'BMW;320i;Munich;1998'))],
+            ['a bitmap as a text', 415, form(part('a.txt', bitmap(40)))],
             ['a drawing', 415, form(part('a.svg', '<svg/>'))],
             ['too large', 413, form(part('a.txt', Buffer.alloc(LARGEST + 1)))],
             ['a little too large', 413, form(part('a.txt', Buffer.alloc(LARGEST + 9000)))],
@@ -275,7 +311,7 @@ describe('uploads', () => {
         const cases = [
             ['x.asp.txt', 'x-asp.txt'], ['C:\\secret\\..\\a b.TXT', 'a-b.txt'], [`${'n'.repeat(300)}.txt`, `${'n'.repeat(60)}.txt`],
             ['con.txt', 'filecon.txt'], ['Größe.txt', 'Gr-e.txt'], ['表.txt', 'file.txt'], ['.txt', 'file-2.txt'],
-            ['a;b|c<d>.txt', 'a-b-c-d.txt'], ['%2e%2e%2f.txt', '2e-2e-2f.txt'],
+            ['Fuſs\u212A.txt', 'Fu-s.txt'], ['LPT1.txt', 'fileLPT1.txt'], ['a;b|c<d>.txt', 'a-b-c-d.txt'], ['%2e%2e%2f.txt', '2e-2e-2f.txt'],
         ];
         for (const [name, expected] of cases) {
             const { json } = await post(form(part(name)), documents);
@@ -283,6 +319,12 @@ describe('uploads', () => {
         }
         assert.deepEqual(filesIn('uploads/documents'), cases.map(([, name]) => name).sort());
         assert.equal((await post(form(part('x.asp;.jpg', Buffer.from([0xFF, 0xD8, 0xFF, 0xE0]))))).json.file, `${KEY}-x-asp.jpg.upload`);
+    });
+
+    test('a file is taken for a bitmap by more than its first letters', async () => {
+        assert.equal((await post(form(part('cars.csv', 'BMW;320i;Munich;1998')), { kind: 'file' })).json.file, 'cars.csv');
+        for (const header of [12, 40, 56, 108, 124])
+            assert.equal((await post(form(part('a.bmp', bitmap(header))), { kind: 'picture' })).status, 200, header);
     });
 
     test('two uploads at once keep both files', async () => {
@@ -373,8 +415,10 @@ describe('uploads', () => {
         assert.equal((await blob('photo_2')).status, 204);
         for (const name of ['secret', 'secret_1', 'photo', 'photo_9', 'TabrixDb_blob:photo_1', '', 'photo_1, photo_1'])
             assert.equal((await blob(name)).status, 404, name);
-        const types = { 'image/png': Buffer.from('89504e470d0a1a0a00', 'hex'), 'image/gif': 'GIF89a..', 'image/jpeg': Buffer.from([255, 216, 255, 0]), 'image/webp': 'RIFF....WEBP', 'image/bmp': 'BM..' };
-        for (const [type, bytes] of Object.entries({ ...types, 'application/octet-stream': '<script>alert(1)</script>' })) {
+        const types = { 'image/png': Buffer.from('89504e470d0a1a0a00', 'hex'), 'image/gif': 'GIF89a..', 'image/jpeg': Buffer.from([255, 216, 255, 0]), 'image/webp': 'RIFF....WEBP' };
+        const others = ['<script>alert(1)</script>', 'BM', 'BMW;320i;Munich;1998', bitmap(41), bitmap(40).subarray(0, 17)].map((bytes) => ['application/octet-stream', bytes]);
+        const bitmaps = [12, 40, 56, 108, 124].map((header) => ['image/bmp', bitmap(header)]);
+        for (const [type, bytes] of [...Object.entries(types), ...bitmaps, ...others]) {
             execFileSync('sqlite3', [place('demo/data/shop.db'), `update files set photo = x'${Buffer.from(bytes).toString('hex')}' where id = 1`]);
             await ask('/files/default.asp');
             const sent = await blob('photo_1');

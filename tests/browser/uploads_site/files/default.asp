@@ -5,6 +5,14 @@
 <meta charset="utf-8">
 <title>Files</title>
 <script src="/TabrixDb/tabrixdb.js"></script>
+<script>
+// For the page's own ways to post the grid: the command and its parameters.
+var words = ['', ''];
+function named(form) {
+    [form.files_command.value, form.files_params.value] = words;
+    return form;
+}
+</script>
 </head>
 <body>
 <%
