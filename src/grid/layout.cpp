@@ -3,6 +3,7 @@
 #include "automation/text.h"
 
 #include <algorithm>
+#include <initializer_list>
 #include <utility>
 
 namespace tabrixdb {
@@ -48,10 +49,17 @@ GridLayout layout_of_parts(TemplateParts parts, std::string header, std::string 
 }
 
 bool has_edit_buttons(std::string_view text) {
-    constexpr std::string_view kSigns[] = {"#~btn_edit", "#~btn_update", "#~btn_delete",
-                                           "#~btn_add",  "edit_grid(",   "edit_source"};
-    return std::ranges::any_of(kSigns,
-                               [&](std::string_view sign) { return contains_ignore_case(text, sign); });
+    const auto has = [&](std::string_view start, std::initializer_list<std::string_view> ends) {
+        for (std::size_t at = 0; (at = find_ignore_case(text, start, at)) != std::string_view::npos;) {
+            const std::string_view rest = text.substr(at += start.size());
+            if (std::ranges::any_of(ends, [&](std::string_view end) {
+                    return equal_ignore_case(rest.substr(0, end.size()), end);
+                }))
+                return true;
+        }
+        return false;
+    };
+    return has("#~btn_", {"edit", "update", "delete", "add"}) || has("edit_", {"grid(", "source"});
 }
 
 bool has_edit_buttons(const GridLayout& layout) {
