@@ -555,7 +555,7 @@
         };
         month.addEventListener('click', ({ target }) => {
             const button = target.closest('button');
-            if (!button) return;
+            if (!button?.value) return; // beyond the ends of the calendar
             if (button.matches('.tabrixdb-turn')) {
                 goTo(button.value, button.getAttribute('aria-label'));
                 return;
