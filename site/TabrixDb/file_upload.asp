@@ -38,7 +38,6 @@ ElseIf Request.QueryString("discard") <> "" Then
     Discard Request.QueryString("discard")
     Answer ""
 Else
-    DeleteOld
     Take
 End If
 
@@ -56,7 +55,7 @@ Sub Take()
     If length > UploadMaxBytes Then RefuseSize
     extension = LCase(files.GetExtensionName(name))
     CheckType extension, MidB(body, start, kSignatureBytes)
-    If FolderBytes(Server.MapPath(folder)) + length > UploadFolderMaxBytes Then
+    If Not HasRoom(Server.MapPath(folder), length) Then
         Refuse "507 Insufficient Storage", "There is no room for more files at the moment."
     End If
     path = Store(PartOf(whole, start, length), SafeName(files.GetBaseName(name)), extension)
@@ -178,13 +177,21 @@ Sub MakeFolder(path)
     files.CreateFolder path
 End Sub
 
-Function FolderBytes(path)
-    Dim file
-    FolderBytes = 0
-    If Not files.FolderExists(path) Then Exit Function
-    For Each file In files.GetFolder(path).Files
-        FolderBytes = FolderBytes + file.Size
-    Next
+' Whether one more file fits into the folder. Goes through it once, and deletes old temporary files on the way.
+Function HasRoom(path, length)
+    Dim file, size, bytes, count
+    bytes = length
+    count = 1
+    If files.FolderExists(path) Then
+        For Each file In files.GetFolder(path).Files
+            size = SizeOrDelete(file)
+            If Not IsEmpty(size) Then
+                bytes = bytes + size
+                count = count + 1
+            End If
+        Next
+    End If
+    HasRoom = (bytes <= UploadFolderMaxBytes And count <= UploadFolderMaxFiles)
 End Function
 
 ' --- What is not kept --------------------------------------------------------------------------------------------------
@@ -213,18 +220,17 @@ Function LastOf(own)
     Next
 End Function
 
-Sub DeleteOld()
-    Dim place, file
-    place = Server.MapPath(kTemporaryFolder)
-    If Not files.FolderExists(place) Then Exit Sub
-    For Each file In files.GetFolder(place).Files
-        If Right(file.Name, Len(kTemporaryEnding)) = kTemporaryEnding And DateDiff("n", file.DateLastModified, Now) >= UploadTemporaryHours * 60 Then
-            On Error Resume Next  ' another upload may be deleting it, too
-            file.Delete
-            On Error GoTo 0
-        End If
-    Next
-End Sub
+' Empty for a file that is deleted because it is old, or that another visitor has taken back in this moment.
+Function SizeOrDelete(file)
+    Dim minutes
+    On Error Resume Next
+    minutes = DateDiff("n", file.DateLastModified, Now)
+    If folder = kTemporaryFolder And Right(file.Name, Len(kTemporaryEnding)) = kTemporaryEnding And minutes >= UploadTemporaryHours * 60 Then
+        file.Delete
+    Else
+        SizeOrDelete = file.Size
+    End If
+End Function
 
 ' --- Bytes and text ------------------------------------------------------------------------------------------------------
 

@@ -12,8 +12,9 @@ Const UploadPictureTypes = "jpg jpeg png gif webp bmp"
 ' Each must lie below a folder of security.upload_folders in tabrixdb.toml, where pages are never run.
 Const UploadFolders = "/uploads/ /uploads/documents/ /uploads/pictures/"
 
-' All files of one folder together, in bytes: no visitor can fill the disk.
+' All files of one folder together, in bytes, and how many they may be: no visitor can fill the disk or make the folder slow.
 Const UploadFolderMaxBytes = 1073741824
+Const UploadFolderMaxFiles = 10000
 
 ' Files for the database wait in /TabrixDb/temp/ until their record is saved. What was not saved is deleted after so many hours.
 Const UploadTemporaryHours = 24

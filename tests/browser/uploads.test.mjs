@@ -25,10 +25,21 @@ describe('uploads', () => {
         }
     };
 
-    before(() => {
-        const settings = place('TabrixDb/upload_settings.asp');
-        writeFileSync(settings, readFileSync(settings, 'utf8').replace(/UploadMaxBytes = \d+/, `UploadMaxBytes = ${LARGEST}`));
-    });
+    /** Puts a text into the settings of uploads; gives what puts the old one back. */
+    function change(before, after) {
+        const path = place('TabrixDb/upload_settings.asp');
+        const settings = readFileSync(path, 'utf8');
+        assert.notEqual(settings.search(before), -1);
+        writeFileSync(path, settings.replace(before, after));
+        return () => writeFileSync(path, settings);
+    }
+
+    async function withSetting(before, after, work) {
+        const restore = change(before, after);
+        await work().finally(restore);
+    }
+
+    before(() => { change(/UploadMaxBytes = \d+/, `UploadMaxBytes = ${LARGEST}`); });
 
     beforeEach(() => {
         for (const folder of ['uploads', 'TabrixDb/temp']) {
@@ -349,7 +360,8 @@ describe('uploads', () => {
         writeFileSync(place('TabrixDb/temp/ORDERS.csv'), '');
         const yesterday = Date.now() / 1000 - 90000;
         for (const name of waiting()) utimesSync(place('TabrixDb/temp', name), yesterday, yesterday);
-        await post(form(part('new.txt')), { more: `&key=${'f'.repeat(32)}` });
+        // What is deleted needs no room.
+        await withSetting(/UploadFolderMaxFiles = \d+/, 'UploadFolderMaxFiles = 2', () => post(form(part('new.txt')), { more: `&key=${'f'.repeat(32)}` }));
         assert.deepEqual(waiting(), [`${'f'.repeat(32)}-new.txt.upload`, 'ORDERS.csv'].sort());
     });
 
@@ -365,22 +377,21 @@ describe('uploads', () => {
     });
 
     test('the settings of the site decide who uploads, and how much', async () => {
-        const path = place('TabrixDb/upload_settings.asp');
-        const settings = readFileSync(path, 'utf8');
-        try {
-            writeFileSync(path, settings.replace('UploadIsAllowed = True', 'UploadIsAllowed = (kind = "file")'));
+        const file = (name) => post(form(part(name)), { kind: 'file' });
+        await withSetting('UploadIsAllowed = True', 'UploadIsAllowed = (kind = "file")', async () => {
             assert.equal((await post(form(part('a.txt')))).json.error, 'You may not upload files here.');
-            assert.equal((await post(form(part('a.txt')), { kind: 'file' })).status, 200);
-            writeFileSync(path, settings.replace(/UploadFolderMaxBytes = \d+/, 'UploadFolderMaxBytes = 2'));
-            assert.equal((await post(form(part('b.txt')), { kind: 'file' })).status, 200);
-            assert.equal((await post(form(part('c.txt')), { kind: 'file' })).status, 507);
-            writeFileSync(path, settings.replace(/UploadTypes = ".*"/, 'UploadTypes = "md"'));
-            assert.equal((await post(form(part('c.md')), { kind: 'file' })).status, 200);
-            assert.deepEqual(JSON.parse((await ask(`${HANDLER}?kind=file`)).body), { types: '.md', most: LARGEST });
-            assert.deepEqual(filesIn('uploads'), ['a.txt', 'b.txt', 'c.md']);
-        } finally {
-            writeFileSync(path, settings);
+            assert.equal((await file('a.txt')).status, 200);
+        });
+        for (const setting of ['UploadFolderMaxBytes', 'UploadFolderMaxFiles']) {
+            await withSetting(new RegExp(`${setting} = \\d+`), `${setting} = ${filesIn('uploads').length + 1}`, async () => {
+                for (const status of [200, 507]) assert.equal((await file('b.txt')).status, status, setting);
+            });
         }
+        await withSetting(/UploadTypes = ".*"/, 'UploadTypes = "md"', async () => {
+            assert.equal((await file('c.md')).status, 200);
+            assert.deepEqual(JSON.parse((await ask(`${HANDLER}?kind=file`)).body), { types: '.md', most: LARGEST });
+        });
+        assert.deepEqual(filesIn('uploads'), ['a.txt', 'b-2.txt', 'b.txt', 'c.md']);
     });
 
     test('nothing in the folders of uploads runs, and nothing of it is shown as a page', async () => {
