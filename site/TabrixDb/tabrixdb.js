@@ -14,9 +14,16 @@
  * and anchors; as HTML has no form inside a form, it gets one here.
  *
  * Load it once in a page: <script src="/TabrixDb/tabrixdb.js"></script>
+ * The calendar and the dialog of uploads are files beside it, which it loads when they are wanted.
  */
 (() => {
     'use strict';
+
+    const HERE = document.currentScript?.src ?? location.href;
+    const part = (file) => import(new URL(file, HERE).href).catch((error) => {
+        alert('This can not be opened at the moment. Please try again.');
+        throw error;
+    });
 
     // --- The forms of grids and filters ------------------------------------------------------------------------
 
@@ -483,110 +490,6 @@
 
     // --- Dates -------------------------------------------------------------------------------------------------
 
-    const CALENDAR = new URL('calendar.asp', document.currentScript?.src ?? location.href).href;
-
-    /** A day so many days and months later, as year-month-day; the last day of a month that is shorter. */
-    function laterDay(day, days, months = 0) {
-        const date = new Date(`${day}T00:00Z`);
-        const wanted = date.getUTCDate();
-        date.setUTCDate(1);
-        date.setUTCMonth(date.getUTCMonth() + months);
-        const last = new Date(Date.UTC(date.getUTCFullYear(), date.getUTCMonth() + 1, 0)).getUTCDate();
-        date.setUTCDate(Math.min(wanted, last) + days);
-        return date.toISOString().slice(0, 10);
-    }
-
-    /** Where a key leads from a day; week is its place in the week, from 0. */
-    function dayByKey({ key, shiftKey }, day, week) {
-        switch (key) {
-            case 'ArrowLeft': return laterDay(day, -1);
-            case 'ArrowRight': return laterDay(day, 1);
-            case 'ArrowUp': return laterDay(day, -7);
-            case 'ArrowDown': return laterDay(day, 7);
-            case 'Home': return laterDay(day, -week);
-            case 'End': return laterDay(day, 6 - week);
-            case 'PageUp': return laterDay(day, 0, shiftKey ? -12 : -1);
-            case 'PageDown': return laterDay(day, 0, shiftKey ? 12 : 1);
-            default: return '';
-        }
-    }
-
-    async function fetchMonth(date) {
-        const response = await fetch(`${CALENDAR}?${new URLSearchParams({ date })}`);
-        const html = await response.text();
-        if (!response.ok || !html.includes('tabrixdb-day')) throw new Error(html);
-        return html;
-    }
-
-    /** The calendar in a dialog, with a month that was fetched. done is called with the day that was chosen. */
-    function calendarDialog(firstMonth, done) {
-        const title = element('h2', { id: 'tabrixdb-dialog-title' }, 'Choose a date');
-        const month = element('div');
-        const cancel = element('button', { type: 'button' }, 'Cancel');
-        const dialog = element('dialog', { className: 'tabrixdb-dialog tabrixdb-calendar' }, title, month, element('p', {}, cancel));
-        dialog.setAttribute('aria-labelledby', title.id);
-        let chosen;
-
-        const days = () => [...month.querySelectorAll('.tabrixdb-day button')];
-        const show = (html, day, focus = true) => {
-            month.innerHTML = html;
-            const marked = month.querySelector('.tabrixdb-chosen button');
-            // Today is marked as such, and stands for no date as well.
-            chosen ??= marked?.closest('.tabrixdb-today') ? '' : marked?.value;
-            for (const button of days()) button.parentElement.classList.toggle('tabrixdb-chosen', button.value === chosen);
-            month.querySelector('.tabrixdb-chosen button')?.setAttribute('aria-pressed', 'true');
-            const here = days().find((button) => button.value === day) ?? marked;
-            if (!here) return;
-            here.tabIndex = 0;
-            if (focus) here.focus();
-        };
-        const goTo = async (day, turned) => {
-            const known = turned ? undefined : days().find((button) => button.value === day && !button.parentElement.matches('.tabrixdb-other-month'));
-            if (known) {
-                for (const button of days()) button.tabIndex = -1;
-                known.tabIndex = 0;
-                known.focus();
-                return;
-            }
-            const html = await fetchMonth(day).catch(() => ''); // beyond the calendar's years, or no server
-            if (!html || !dialog.isConnected) return;
-            show(html, day, !turned);
-            if (turned) [...month.querySelectorAll('.tabrixdb-turn')].find((button) => button.getAttribute('aria-label') === turned)?.focus();
-        };
-        month.addEventListener('click', ({ target }) => {
-            const button = target.closest('button');
-            if (!button?.value) return; // beyond the ends of the calendar
-            if (button.matches('.tabrixdb-turn')) {
-                goTo(button.value, button.getAttribute('aria-label'));
-                return;
-            }
-            dialog.close();
-            done(button.value);
-        });
-        month.addEventListener('keydown', (event) => {
-            const cell = event.target.closest('.tabrixdb-day');
-            const day = cell && dayByKey(event, event.target.value, cell.cellIndex);
-            if (!day) return;
-            event.preventDefault();
-            goTo(day);
-        });
-        cancel.addEventListener('click', () => dialog.close());
-        dialog.addEventListener('close', () => dialog.remove());
-        document.body.append(dialog);
-        dialog.showModal();
-        show(firstMonth);
-    }
-
-    /** Without the calendar: the browser's own way to type a date. */
-    function dateDialog(text, done) {
-        const [known] = text.match(/\d{4}-\d\d-\d\d/) ?? [];
-        const shown = new Date(text);
-        const day = known ?? (Number.isNaN(shown.getTime()) ? '' : [shown.getFullYear(), shown.getMonth() + 1, shown.getDate()]
-            .map((part) => String(part).padStart(2, '0')).join('-'));
-        const value = element('input', { type: 'date', value: day, required: true, autofocus: true });
-        ask('Choose a date', 'Choose', [element('label', {}, 'Date', value)], () => done(value.value));
-    }
-
     /** Asks for a date and writes it into a field as year-month-day, which the engine reads everywhere. */
     async function show_date(grid, field) {
         const form = findForm(grid);
@@ -597,11 +500,8 @@
             target.dispatchEvent(new Event('input', { bubbles: true }));
             target.focus();
         };
-        const text = target.value.trim();
-        const month = await fetchMonth(text).catch(() => '');
-        if (document.querySelector('.tabrixdb-dialog')) return; // of a second click
-        if (month) calendarDialog(month, done);
-        else dateDialog(text, done);
+        const { chooseDate } = await part('calendar.js');
+        await chooseDate(target.value.trim(), { element, ask }, done);
     }
 
     // --- Files -------------------------------------------------------------------------------------------------
@@ -618,25 +518,6 @@
 
     const UPLOAD_HEADERS = { 'X-TabrixDb': 'upload' };
 
-    /** What the upload handler answers: an object, with error if it is none that one can go on with. */
-    function answerOf(status, text) {
-        try {
-            const answer = JSON.parse(text);
-            if (typeof answer === 'object' && answer) return answer;
-        } catch { /* a page that says what is wrong, for whoever looks after the site */ }
-        return { error: status === 413 ? 'The file is too large for this server.' : `This site does not take the file (${status}).` };
-    }
-
-    async function uploadRules(kind, folder) {
-        if (!window.uploadhandler) return { error: 'This site takes no files.' };
-        try {
-            const response = await fetch(uploadAddress({ kind, folder }));
-            return answerOf(response.status, await response.text());
-        } catch {
-            return { error: 'The server can not be reached. Please try again.' };
-        }
-    }
-
     function discardFile({ kind, key }) {
         fetch(uploadAddress({ kind, discard: key }), { method: 'POST', headers: UPLOAD_HEADERS, keepalive: true }).catch(() => {});
     }
@@ -652,101 +533,7 @@
 
     const takeBackFiles = () => [...sentFiles.keys()].forEach(takeBackFile);
 
-    const randomKey = () => [...crypto.getRandomValues(new Uint8Array(16))].map((byte) => byte.toString(16).padStart(2, '0')).join('');
-
-    /**
-     * Sends one file. Gives its key, a promise of the answer, and a function that stops it and takes it back, however far it
-     * has come. progress is called with the share that was sent.
-     */
-    function sendFile(kind, folder, file, progress) {
-        const key = randomKey();
-        const request = new XMLHttpRequest();
-        const answer = new Promise((resolve) => {
-            request.upload.addEventListener('progress', ({ loaded, total }) => progress(loaded / total));
-            request.addEventListener('load', () => resolve(answerOf(request.status, request.responseText)));
-            request.addEventListener('error', () => resolve({ error: 'The file could not be sent. It may be too large for this server.' }));
-        });
-        const form = new FormData();
-        form.append('file', file);
-        request.open('POST', uploadAddress({ kind, folder, key }));
-        for (const [name, value] of Object.entries(UPLOAD_HEADERS)) request.setRequestHeader(name, value);
-        request.send(form);
-        const stop = () => {
-            request.abort();
-            discardFile({ kind, key });
-        };
-        return { key, answer, stop };
-    }
-
     const isPicture = (file) => /^image\/(png|jpeg|gif|webp|bmp)$/.test(file.type);
-    const megabytes = (bytes) => `${(bytes / 1048576).toLocaleString(undefined, { maximumFractionDigits: 1 })} MB`;
-
-    /** Lets the visitor choose a file, shows it and sends it. done is called with the file, its key, and the name that it has now. */
-    function fileDialog(question, kind, folder, done) {
-        const chooser = element('input', { type: 'file', required: true, autofocus: true, disabled: true });
-        const preview = element('img', { className: 'tabrixdb-preview', alt: 'Preview', hidden: true });
-        const bar = element('progress', { value: 0, hidden: true, ariaLabel: 'Sent' });
-        const rules = element('small', {}, 'One moment ...');
-        const problem = element('div', { className: 'tabrixdb-problem', role: 'alert' });
-        const send = element('button', { type: 'submit', disabled: true }, 'Upload');
-        const cancel = element('button', { type: 'button' }, 'Cancel');
-        const title = element('h2', { id: 'tabrixdb-dialog-title' }, question);
-        const form = element('form', { method: 'dialog' }, title, element('label', {}, 'File', chooser, rules),
-            preview, bar, problem, element('p', {}, cancel, send));
-        const dialog = element('dialog', { className: 'tabrixdb-dialog' }, form);
-        dialog.setAttribute('aria-labelledby', title.id);
-        let most = Infinity;
-        let sending = null;
-        let shown = '';
-
-        const show = () => {
-            const [file] = chooser.files;
-            URL.revokeObjectURL(shown);
-            shown = file && isPicture(file) ? URL.createObjectURL(file) : '';
-            preview.hidden = !shown;
-            if (shown) preview.src = shown;
-            problem.textContent = file && file.size > most ? `The file is too large: ${megabytes(file.size)}.` : '';
-            send.disabled = !file || file.size > most;
-        };
-        chooser.addEventListener('change', show);
-        cancel.addEventListener('click', () => dialog.close());
-        dialog.addEventListener('close', () => {
-            sending?.stop();
-            URL.revokeObjectURL(shown);
-            dialog.remove();
-        });
-        form.addEventListener('submit', async (event) => {
-            event.preventDefault();
-            const [file] = chooser.files;
-            if (!file || sending) return;
-            for (const control of [chooser, send]) control.disabled = true;
-            bar.hidden = false;
-            problem.textContent = '';
-            sending = sendFile(kind, folder, file, (share) => { bar.value = share; });
-            const { key, answer: answered } = sending;
-            const answer = await answered;
-            sending = null;
-            for (const control of [chooser, send]) control.disabled = false;
-            bar.hidden = true;
-            if (answer.error || !answer.file) {
-                problem.textContent = answer.error ?? 'This site does not take the file.';
-                return;
-            }
-            dialog.close();
-            done(file, key, answer.file);
-        });
-        document.body.append(dialog);
-        dialog.showModal();
-        uploadRules(kind, folder).then((answer) => {
-            problem.textContent = answer.error ?? '';
-            rules.textContent = answer.error ? '' : `At most ${megabytes(answer.most)}: ${answer.types.replaceAll(',', ' ')}`;
-            if (answer.error) return cancel.focus();
-            chooser.accept = answer.types;
-            chooser.disabled = false;
-            most = answer.most;
-            chooser.focus();
-        });
-    }
 
     /** Shows beside a control which file it has got; the result is a function that shows what was there before. */
     function showSent(link, file) {
@@ -782,13 +569,16 @@
 
     const uploadLink = (kind, grid, name) => document.querySelector(`a[href^="javascript:${UPLOADS[kind].call}('${CSS.escape(grid)}','${CSS.escape(name)}'"]`);
 
-    function upload(kind, grid, name, place = '') {
+    async function upload(kind, grid, name, place = '') {
         const form = findForm(grid);
         const field = form && [...form.elements].find((input) => input.name === name);
         if (!field) return;
         const folder = place && decodeURI(new URL(place, location.href).pathname);
         const link = uploadLink(kind, grid, name);
-        fileDialog(UPLOADS[kind].question, kind, folder, (file, key, stored) => {
+        const { chooseFile } = await part('upload.js');
+        if (document.querySelector('.tabrixdb-dialog')) return; // of a second click
+        const page = { element, isPicture, uploadAddress, UPLOAD_HEADERS, discardFile };
+        chooseFile(UPLOADS[kind].question, kind, folder, page, (file, key, stored) => {
             holdFile(field, { kind, key, file: stored, label: file.name },
                 () => (UPLOADS[kind].named ? () => {} : showSent(link, file)));
             (link ?? field).focus();

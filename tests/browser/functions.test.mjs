@@ -5,7 +5,7 @@ import { readFileSync } from 'node:fs';
 import { after, before, describe, test } from 'node:test';
 import { launchChromium } from './chromium.mjs';
 
-const script = readFileSync(new URL('../../site/TabrixDb/tabrixdb.js', import.meta.url), 'utf8');
+const scriptOf = (url) => readFileSync(new URL(`../../site/TabrixDb${new URL(url).pathname}`, import.meta.url), 'utf8');
 const site = 'http://site.test';
 
 // A grid as the engine writes it: anchors, a form with its hidden fields, the function that names what is required.
@@ -42,7 +42,7 @@ describe('tabrixdb.js', () => {
         tab = await browser.newPage();
         await tab.route(`${site}/**`, (route) => {
             const request = route.request();
-            if (request.url().endsWith('.js')) return route.fulfill({ contentType: 'text/javascript', body: script });
+            if (request.url().endsWith('.js')) return route.fulfill({ contentType: 'text/javascript', body: scriptOf(request.url()) });
             if (request.method() === 'POST') posted = Object.fromEntries(new URLSearchParams(request.postData()));
             return route.fulfill({ contentType: 'text/html', body: page });
         });
