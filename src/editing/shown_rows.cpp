@@ -19,6 +19,9 @@ namespace {
 
 constexpr std::string_view kField = "_shown";
 
+// One less than a 16-bit row can count to, so that loops over rows end.
+constexpr std::size_t kMostRows = INT16_MAX - 1;
+
 template <class T>
 bool read_number(std::string_view text, T& number, int base) {
     const auto read = std::from_chars(text.data(), text.data() + text.size(), number, base);
@@ -89,7 +92,7 @@ ShownRows ShownRows::posted(const std::string& grid) {
     for (std::size_t i = 1; i < head.size(); ++i)
         if (std::uint16_t position = 0; read_number(head[i], position, 10))
             shown.add_control(position);
-    for (std::size_t i = 1; i < parts.size() && i <= INT16_MAX; ++i) {
+    for (std::size_t i = 1; i < parts.size() && i <= kMostRows; ++i) {
         RowMark mark;
         if (!read_mark(parts[i], mark)) {
             shown.rows_.clear();

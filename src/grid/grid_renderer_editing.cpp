@@ -56,15 +56,17 @@ void GridRenderer::edit_row_of_page() {
 // What can be done only when the recordset stands on the page's first record: the row of a grid that another
 // one feeds, and the whole page.
 void GridRenderer::edit_positioned() {
-    if (command_.word != "edit_grid" && command_.word != "edit_source")
+    const bool whole_page = commands("edit_source", "update") || commands("edit_source", "delete");
+    const bool fed = grid_.from_grid && (command_.word == "edit_grid" || command_.word == "edit_source");
+    if (!whole_page && !fed)
         return;
-    const std::int32_t source_page = grid_.from_grid ? source_state_->number("_CurrentPage") : 0;
-    if (grid_.from_grid)
+    const std::int32_t source_page = fed ? source_state_->number("_CurrentPage") : 0;
+    if (fed)
         edit_row(true);
-    if (!page_ended() && (commands("edit_source", "update") || commands("edit_source", "delete")))
+    if (!page_ended() && whole_page)
         edit_page();
-    const bool moved = grid_.from_grid && source_state_->number("_CurrentPage") != source_page;
-    if (!page_ended() && grid_.from_grid && (edited_.done || moved))
+    const bool moved = fed && source_state_->number("_CurrentPage") != source_page;
+    if (!page_ended() && fed && (edited_.done || moved))
         render_source_grid_again();
     if (!page_ended())
         page();
@@ -126,7 +128,7 @@ void GridRenderer::edit_page() {
     if (page_ended())
         return;
     const std::int16_t selected = selected_row();
-    edited_ = update_grid(edit(true), rows_, to_short(selected));
+    edited_ = update_grid(edit(true), rows_, selected);
     if (page_ended())
         return;
     if (commands("edit_source", "delete")) {

@@ -277,6 +277,17 @@ TEST_P(RandomCommands, AgreeWithTheModel) {
     }
 }
 
+TEST(HostileForm, SaysThatItShowedMoreRowsThanThereCanBe) {
+    const SiteCopy copy;
+    asp::Site site(copy.root(), {}, [](std::string_view) {});
+    std::string form = "g_command=edit_source&g_params=g;update&g_shown=1";
+    for (int i = 0; i < 40000; ++i)
+        form += "|,0,0";
+    Browser browser(site);
+    const std::string& body = browser.ask("/edit.asp", form);
+    EXPECT_NE(body.find("1/2 5{E}[1 Ann"), std::string::npos) << body;
+}
+
 INSTANTIATE_TEST_SUITE_P(Seeds, RandomCommands, testing::Values(1u, 2u, 3u));
 
 } // namespace
