@@ -58,10 +58,9 @@ void move_selection(const GridCommand& command, GridState& state, platform::Reco
 }
 
 // The place in the recordset of the record with offset 0: a grid without pages counts through the whole.
-std::int32_t page_start(const GridState& state) {
+std::int64_t page_start(const GridState& state) {
     const std::int64_t page = state.number(kPage);
-    const std::int64_t start = page > 0 ? (page - 1) * state.number(kPageSize) : 0;
-    return static_cast<std::int32_t>(std::clamp<std::int64_t>(start, 0, INT32_MAX));
+    return page > 0 ? std::max<std::int64_t>((page - 1) * state.number(kPageSize), 0) : 0;
 }
 
 // The list form of a fed grid: it follows the source grid when the user acted there, else its own commands.
@@ -152,20 +151,20 @@ void edit_record_at(std::int32_t index, const GridState& state, std::int16_t row
 
 void edit_fed_record_at(std::int32_t index, const GridState& state, const GridState& selecting,
                         std::int16_t rows) {
-    const std::int32_t first = page_start(selecting) + selecting.number(kOffset);
+    const std::int64_t first = page_start(selecting) + selecting.number(kOffset);
     if (index >= first && index < first + rows)
         return edit_row(state, to_short(index - first));
     const std::int32_t size = selecting.number(kPageSize);
     if (size > 0)
         selecting.set(kPage, to_short(index / size + 1));
-    selecting.set(kOffset, index - page_start(selecting));
+    selecting.set(kOffset, static_cast<std::int32_t>(index - page_start(selecting)));
     edit_row(state, 0);
 }
 
 void keep_selection_within(const GridState& state, platform::Recordset& records) {
-    const std::int32_t last = std::max(records.record_count() - 1 - page_start(state), 0);
+    const std::int64_t last = std::max<std::int64_t>(records.record_count() - 1 - page_start(state), 0);
     if (!state.blank(kOffset) && state.number(kOffset) > last)
-        state.set(kOffset, last);
+        state.set(kOffset, static_cast<std::int32_t>(last));
 }
 
 } // namespace tabrixdb
