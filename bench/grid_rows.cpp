@@ -67,6 +67,10 @@ public:
 
     std::string value(std::string_view) override { return {}; }
 
+    std::optional<std::string> form_value(std::string_view) override { return {}; }
+
+    std::optional<std::string> query_value(std::string_view) override { return {}; }
+
     std::string server_variable(std::string_view) override { return {}; }
 
     std::string query_string() override { return {}; }
@@ -118,6 +122,8 @@ public:
     void set_allow_ui(bool) override {}
 
     Variant eval(std::string_view) override { return {}; }
+
+    Variant eval_with(std::string_view, const std::vector<Variant>&) override { return {}; }
 };
 
 constexpr std::string_view kTemplate =

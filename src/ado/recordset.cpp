@@ -80,6 +80,12 @@ void Recordset::open(std::string_view source, platform::Connection& connection, 
     start(own->session(), source_, options);
 }
 
+void Recordset::open_query(std::string_view source, const std::vector<Variant>&,
+                           platform::Connection& connection, platform::CursorType cursor,
+                           platform::LockType lock, std::int32_t options) {
+    open(source, connection, cursor, lock, options);
+}
+
 std::int64_t Recordset::open_executed(Connection& connection, std::string_view text, std::int32_t options) {
     connection_ = Ref<Connection>(&connection);
     location_ = static_cast<platform::CursorLocation>(connection.cursor_location());

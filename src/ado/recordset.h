@@ -21,6 +21,9 @@ public:
     void set_cursor_location(platform::CursorLocation location) override;
     void open(std::string_view source, platform::Connection& connection, platform::CursorType cursor,
               platform::LockType lock, std::int32_t options) override;
+    void open_query(std::string_view source, const std::vector<Variant>& parameters,
+                    platform::Connection& connection, platform::CursorType cursor, platform::LockType lock,
+                    std::int32_t options) override;
     // As Connection.Execute opens it: with the connection's cursor location, read-only; closed when the text
     // gives no rows. The rows that it has changed, -1: none did.
     std::int64_t open_executed(Connection& connection, std::string_view text, std::int32_t options);

@@ -76,6 +76,8 @@ public:
     void send_mail(const platform::Mail& mail) override;
     bool may_mail_error(std::string_view error) override;
 
+    void log(std::string_view line) override { site_.log(line); }
+
     std::string bytes_of_text(std::string_view text) override {
         return encode_single_bytes(text, site_.settings.code_page);
     }

@@ -156,14 +156,25 @@ Variant Request::item(const Variant& name) {
 // --- The engine's view -----------------------------------------------------------------------------
 
 std::string Request::value(std::string_view name) {
-    if (const MultiMap::Entry* entry = query()->items().find(name))
-        return entry->joined();
-    if (!binary_ && is_form())
-        if (const MultiMap::Entry* entry = form()->items().find(name))
-            return entry->joined();
+    if (auto value = query_value(name))
+        return *value;
+    if (auto value = form_value(name))
+        return *value;
     if (const std::string* cookie = cookies()->value(name))
         return *cookie;
     return server_variable(name);
+}
+
+std::optional<std::string> Request::form_value(std::string_view name) {
+    if (binary_ || !is_form())
+        return std::nullopt;
+    const MultiMap::Entry* entry = form()->items().find(name);
+    return entry ? std::optional(entry->joined()) : std::nullopt;
+}
+
+std::optional<std::string> Request::query_value(std::string_view name) {
+    const MultiMap::Entry* entry = query()->items().find(name);
+    return entry ? std::optional(entry->joined()) : std::nullopt;
 }
 
 std::string Request::server_variable(std::string_view name) {

@@ -25,6 +25,8 @@ public:
     const ClassInfo& class_info() const override;
 
     std::string value(std::string_view name) override;
+    std::optional<std::string> form_value(std::string_view name) override;
+    std::optional<std::string> query_value(std::string_view name) override;
     std::string server_variable(std::string_view name) override;
 
     std::string query_string() override { return http_->query; }

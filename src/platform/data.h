@@ -56,6 +56,8 @@ struct Column {
     std::int32_t type = data_type::kVarWChar;
     std::int32_t attributes = 0;
     std::int32_t defined_size = 0; // characters or bytes; 0 when it has no bound
+    bool computed = false;         // the query has made its values, they are no column of a table
+    bool numbered = false;         // a key that the database numbers for new rows
 };
 
 struct DataError {
@@ -88,6 +90,13 @@ public:
     virtual void set_cursor_location(CursorLocation location) = 0;
     virtual void open(std::string_view source, Connection& connection, CursorType cursor, LockType lock,
                       std::int32_t options) = 0;
+    // Opens a query of the engine's own: each "?" outside of its quotes stands for the next of `parameters`.
+    // It is one statement, after any that only set something, and attaches or writes no other file; several
+    // statements and such ones only where the connection's settings allow them. Error as the provider raises
+    // it.
+    virtual void open_query(std::string_view source, const std::vector<Variant>& parameters,
+                            Connection& connection, CursorType cursor, LockType lock,
+                            std::int32_t options) = 0;
     virtual void close() = 0;
     virtual std::int32_t state() const = 0;
     virtual void requery() = 0;

@@ -53,6 +53,12 @@ bool Host::may_mail_error(std::string_view) {
     return true;
 }
 
+void Host::log(std::string_view) {}
+
+bool Host::permits_any_command() {
+    return false;
+}
+
 std::string Host::bytes_of_text(std::string_view text) {
     return std::string(text);
 }

@@ -80,6 +80,10 @@ public:
     virtual void set_language(std::string_view language) = 0;
     virtual void set_allow_ui(bool allow) = 0;
     virtual Variant eval(std::string_view expression) = 0;
+    // The same with variables that the expression names: `values[i]` is kValueName followed by i.
+    virtual Variant eval_with(std::string_view expression, const std::vector<Variant>& values) = 0;
+
+    static constexpr std::string_view kValueName = "TabrixDb_Value_";
 };
 
 // A message as the engine sends it.
@@ -114,6 +118,12 @@ public:
     // Whether one more mail about an error may be sent now, so that a broken page can't flood the
     // administrator. `error`: in a line, for the log, when it may not.
     virtual bool may_mail_error(std::string_view error);
+
+    // Writes a line for the site's administrator.
+    virtual void log(std::string_view line);
+
+    // Whether the site lets every grid take every command that changes records, offered or not.
+    virtual bool permits_any_command();
 
     // Text as bytes of the system's code page, one byte a character ("?" for one that it does not have), and
     // bytes as text. Every byte survives both ways.

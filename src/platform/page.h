@@ -2,6 +2,8 @@
 
 #include "automation/object.h"
 
+#include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -27,6 +29,11 @@ public:
     // Request(name): the first of query string, form, cookies and server variables that has it; several
     // values are joined by ", "; "" when none has it.
     virtual std::string value(std::string_view name) = 0;
+    // The value of the posted form alone; several are joined by ", "; nullopt when it has no field of that
+    // name.
+    virtual std::optional<std::string> form_value(std::string_view name) = 0;
+    // The same of the address.
+    virtual std::optional<std::string> query_value(std::string_view name) = 0;
     virtual std::string server_variable(std::string_view name) = 0;
     // The raw text after "?", without it.
     virtual std::string query_string() = 0;
@@ -34,6 +41,13 @@ public:
     // Decoded names and values, in the order of the request; repeated names are joined at the first.
     virtual Pairs query_parameters() = 0;
     virtual Pairs form_fields() = 0;
+
+    // True the first time that it is asked for a name: what is done once a request is done by whom it tells
+    // so.
+    bool claim(std::string_view name) { return claimed_.emplace(name).second; }
+
+private:
+    std::set<std::string, std::less<>> claimed_;
 };
 
 // Keys ignore case; a key that is not there reads as Empty.

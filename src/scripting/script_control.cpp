@@ -145,6 +145,10 @@ Variant ScriptControl::eval(std::string_view expression) {
     return guarded([&](vbscript::Machine& machine) { return machine.eval(expression); });
 }
 
+Variant ScriptControl::eval_with(std::string_view expression, const std::vector<Variant>&) {
+    return eval(expression);
+}
+
 void ScriptControl::run_code(const std::string& code) {
     guarded([&](vbscript::Machine& machine) {
         machine.run(vbscript::compile(vbscript::Source::of_code(code)));
