@@ -19,6 +19,19 @@ std::uint32_t trace(std::string_view text, std::uint32_t start = 2166136261u) no
     return start;
 }
 
+std::uint32_t trace(const RunRequest& source) noexcept {
+    std::uint32_t result = trace(source.sql);
+    for (const OwnedCell& parameter : source.parameters) {
+        const Cell value = parameter.get();
+        result = trace({reinterpret_cast<const char*>(&value.kind), sizeof value.kind}, result);
+        result = trace(value.has_view() ? value.view()
+                                        : std::string_view(reinterpret_cast<const char*>(&value.whole),
+                                                           sizeof value.whole),
+                       result);
+    }
+    return result;
+}
+
 constexpr char kHexDigits[] = "0123456789abcdef";
 
 void append_key(std::string& out, const Cell& cell) {
@@ -79,7 +92,7 @@ bool same_key(const std::vector<OwnedCell>& a, const std::vector<OwnedCell>& b) 
 } // namespace
 
 Result::Result(std::shared_ptr<Session> session, std::unique_ptr<Cursor> cursor, bool writable,
-               std::string_view source)
+               const RunRequest& source)
     : session_(std::move(session)),
       cursor_(std::move(cursor)),
       writable_(writable),

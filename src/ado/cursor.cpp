@@ -1,6 +1,7 @@
 #include "ado/cursor.h"
 
 #include "ado/forward_cursor.h"
+#include "ado/sql_words.h"
 #include "ado/stored_cursor.h"
 #include "ado/window_cursor.h"
 
@@ -33,7 +34,7 @@ bool same_names(const std::vector<ColumnInfo>& a, const std::vector<ColumnInfo>&
 // A cursor that has the database do the work, if the query as a derived table has the same names.
 std::unique_ptr<Cursor> window_over(const std::shared_ptr<Session>& session, const Statement& plain,
                                     Query query) {
-    if (plain.parameters() != 0)
+    if (plain.parameters() != query.parameters.size())
         return nullptr;
     try {
         const std::vector<ColumnInfo>& columns = plain.columns();
@@ -61,6 +62,21 @@ std::unique_ptr<Cursor> cursor_over(const std::shared_ptr<Session>& session,
 
 bool is_blank(std::string_view text) {
     return text.find_first_not_of(" \t\r\n\f\v") == std::string_view::npos;
+}
+
+bool has_statement(std::string_view sql) {
+    SqlWords words(sql);
+    std::string_view sign = words.next();
+    while (sign == ";")
+        sign = words.next();
+    return !is_blank(sign);
+}
+
+[[noreturn]] void fail_parameters(const RunRequest& request, bool too_many) {
+    throw Error(kErrorsInCommand,
+                "The query has " + std::string(too_many ? "fewer" : "more") + " parameters than the " +
+                    std::to_string(request.parameters.size()) + " that it was given values for.",
+                std::string(kRecordsetSource));
 }
 
 } // namespace
@@ -101,20 +117,29 @@ void Cursor::find_types() {
     }
 }
 
-Execution run(const std::shared_ptr<Session>& session, std::string_view sql, bool scrolls) {
+Execution run(const std::shared_ptr<Session>& session, const RunRequest& request, bool scrolls) {
     Execution result;
+    std::string_view sql = request.sql;
+    std::span<const OwnedCell> parameters = request.parameters; // those that no statement has taken
     Database& database = session->database();
     database.clear_errors();
     bool any = false;
     while (!is_blank(sql)) {
         std::size_t used = 0;
         auto statement = database.prepare(sql, used);
-        const bool alone = !any && is_blank(sql.substr(used));
+        const bool last = !has_statement(sql.substr(used));
+        const bool alone = !any && last;
         const std::string_view text = sql.substr(0, used);
         sql.remove_prefix(used);
         if (!statement)
             continue;
         any = true;
+        const auto own = parameters.first(std::min(statement->parameters(), parameters.size()));
+        parameters = parameters.subspan(own.size());
+        const bool too_many = last && !parameters.empty();
+        if (request.is_own && (own.size() != statement->parameters() || too_many))
+            fail_parameters(request, too_many);
+        bind_parameters(*statement, own);
         const bool writes = !statement->reads_only();
         auto query = writes ? std::nullopt : derived_query(text);
         // Also for what only seems to read: a pragma does nothing within a transaction.
@@ -123,6 +148,8 @@ Execution run(const std::shared_ptr<Session>& session, std::string_view sql, boo
         if (!statement->columns().empty() && !result.cursor) {
             if (!alone)
                 query.reset();
+            if (query)
+                query->parameters.assign(own.begin(), own.end());
             result.cursor = cursor_over(session, std::move(statement), std::move(query), scrolls);
         } else {
             while (statement->step()) {

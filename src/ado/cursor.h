@@ -81,8 +81,17 @@ struct Execution {
     std::int64_t rows_changed = -1; // by the statements that write; -1: none did
 };
 
+// What is to be run.
+struct RunRequest {
+    std::string sql;
+    // A query of the engine's own has all the values of its parameters here. What a page opens or executes
+    // has none; parameters that its text has nevertheless are Null.
+    bool is_own = false;
+    std::vector<OwnedCell> parameters = {};
+};
+
 // Runs every statement of the text; the first that gives rows gives the cursor. `scrolls`: one that goes to
 // any position, else one that only goes forward where the database can step through the rows.
-Execution run(const std::shared_ptr<Session>& session, std::string_view sql, bool scrolls);
+Execution run(const std::shared_ptr<Session>& session, const RunRequest& request, bool scrolls);
 
 } // namespace tabrixdb::ado

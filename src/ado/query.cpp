@@ -1,5 +1,7 @@
 #include "ado/query.h"
 
+#include "ado/sql_words.h"
+#include "ado/values.h"
 #include "automation/text.h"
 
 #include <algorithm>
@@ -7,62 +9,6 @@
 namespace tabrixdb::ado {
 
 namespace {
-
-constexpr std::string_view kWordSigns = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_$";
-
-// Walks over a statement's words and signs; comments, texts and quoted names count as one sign.
-class Scanner {
-public:
-    explicit Scanner(std::string_view sql) noexcept : sql_(sql) {}
-
-    // The next word or sign; empty at the end.
-    std::string_view next() noexcept {
-        skip_blanks();
-        start_ = at_;
-        if (at_ >= sql_.size())
-            return {};
-        const char c = sql_[at_];
-        if (kWordSigns.find(c) != std::string_view::npos)
-            at_ = std::min(sql_.find_first_not_of(kWordSigns, at_), sql_.size());
-        else if (c == '\'' || c == '"' || c == '`')
-            skip_to(c);
-        else if (c == '[')
-            skip_to(']');
-        else
-            ++at_;
-        return sql_.substr(start_, at_ - start_);
-    }
-
-    std::size_t start() const noexcept { return start_; }
-
-    std::size_t end() const noexcept { return at_; }
-
-private:
-    void skip_blanks() noexcept {
-        while (at_ < sql_.size()) {
-            at_ = std::min(sql_.find_first_not_of(" \t\r\n\f", at_), sql_.size());
-            std::string_view close;
-            if (sql_.substr(at_).starts_with("--"))
-                close = "\n";
-            else if (sql_.substr(at_).starts_with("/*"))
-                close = "*/";
-            else
-                return;
-            const std::size_t found = sql_.find(close, at_ + 2);
-            at_ = found == std::string_view::npos ? sql_.size() : found + close.size();
-        }
-    }
-
-    // A doubled sign within reads as two texts side by side, which is as good here.
-    void skip_to(char sign) noexcept {
-        const std::size_t found = sql_.find(sign, at_ + 1);
-        at_ = found == std::string_view::npos ? sql_.size() : found + 1;
-    }
-
-    std::string_view sql_;
-    std::size_t at_ = 0;
-    std::size_t start_ = 0;
-};
 
 void append_condition(std::string& sql, const Dialect& dialect, const Arrangement& arrangement) {
     if (arrangement.condition.empty())
@@ -111,24 +57,25 @@ void append_source(std::string& sql, const Query& query, bool keeps_order) {
 } // namespace
 
 std::optional<Query> derived_query(std::string_view sql) {
-    Scanner scanner(sql);
-    const std::string_view first = scanner.next();
+    SqlWords words(sql);
+    const std::string_view first = words.next();
     if (!equal_ignore_case(first, "SELECT") && !equal_ignore_case(first, "WITH") &&
         !equal_ignore_case(first, "VALUES"))
         return std::nullopt;
-    const std::size_t start = scanner.start();
-    std::size_t end = scanner.end(), order = std::string_view::npos;
-    bool limited = false;
+    const std::size_t start = words.start();
+    std::size_t end = words.end(), order = std::string_view::npos;
+    bool limited = false, marked = false;
     int depth = 0;
-    for (std::string_view token = scanner.next(); !token.empty() && token != ";"; token = scanner.next()) {
-        end = scanner.end();
+    for (std::string_view token = words.next(); !token.empty() && token != ";"; token = words.next()) {
+        end = words.end();
         depth += (token == "(") - (token == ")");
         if (depth == 0 && equal_ignore_case(token, "ORDER"))
-            order = scanner.start();
+            order = words.start();
         limited |= depth == 0 && equal_ignore_case(token, "LIMIT");
+        marked |= order != std::string_view::npos && is_parameter(token);
     }
-    Query query{std::string(sql.substr(start, end - start)), {}};
-    const bool droppable = order != std::string_view::npos && !limited;
+    Query query{std::string(sql.substr(start, end - start)), {}, {}};
+    const bool droppable = order != std::string_view::npos && !limited && !marked;
     query.unordered = droppable ? query.text.substr(0, order - start) : query.text;
     return query;
 }
@@ -170,9 +117,17 @@ std::string locate_sql(const Query& query, const Dialect& dialect, const Arrange
     return sql;
 }
 
-std::size_t bind_condition(Statement& statement, const Condition& condition,
-                           const std::vector<ColumnInfo>& columns) {
-    std::size_t index = 0;
+void bind_parameters(Statement& statement, std::span<const OwnedCell> parameters) {
+    for (std::size_t i = 0; i < parameters.size(); ++i) {
+        const Cell value = parameters[i].get();
+        statement.bind(i, value, parameter_type(value));
+    }
+}
+
+std::size_t bind_values(Statement& statement, const Query& query, const Condition& condition,
+                        const std::vector<ColumnInfo>& columns) {
+    bind_parameters(statement, query.parameters);
+    std::size_t index = query.parameters.size();
     for (const auto& clauses : condition.alternatives)
         for (const BoundClause& clause : clauses) {
             // Dates are compared with their time, whatever the column shows of it.

@@ -3,6 +3,7 @@
 #include "ado/provider.h"
 
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -40,7 +41,8 @@ bool meets(const BoundClause& clause, const ColumnInfo& column, const Cell& cell
 // A query that can stand as a derived table.
 struct Query {
     std::string text;
-    std::string unordered; // without its ORDER BY, where that does not choose the rows
+    std::string unordered; // without its ORDER BY, where that neither chooses the rows nor has parameters
+    std::vector<OwnedCell> parameters; // all of them, in the order of their marks
 };
 
 // nullopt for what is no single SELECT, WITH or VALUES by its words.
@@ -55,16 +57,19 @@ struct Arrangement {
 
 // The rows, in the query's own order or in that of `order`, where the columns of a complete key decide
 // between equal ones, so that the order is the same at every request and going down is going up reversed.
-// Parameters: the condition's values, then how many rows and how many to leave out.
+// Parameters: the query's and the condition's values, then how many rows and how many to leave out.
 std::string window_sql(const Query& query, const Dialect& dialect, const Arrangement& arrangement);
-// Their number. Parameters: the condition's values.
+// Their number. Parameters: the query's and the condition's values.
 std::string count_sql(const Query& query, const Dialect& dialect, const Arrangement& arrangement);
-// The position, from 1, of the row with this key. Parameters: the condition's values, then the key's.
+// The position, from 1, of the row with this key. Parameters: the query's and the condition's values, then
+// the key's.
 std::string locate_sql(const Query& query, const Dialect& dialect, const Arrangement& arrangement,
                        const std::vector<std::size_t>& key);
-// Binds the condition's values from parameter 0 on; how many they are.
-std::size_t bind_condition(Statement& statement, const Condition& condition,
-                           const std::vector<ColumnInfo>& columns);
+// Binds a query's own values, from parameter 0 on.
+void bind_parameters(Statement& statement, std::span<const OwnedCell> parameters);
+// Binds the query's and the condition's values; how many they are.
+std::size_t bind_values(Statement& statement, const Query& query, const Condition& condition,
+                        const std::vector<ColumnInfo>& columns);
 
 // The columns which together are the key of a base table and so tell every row from every other: those of the
 // only base table there is. Empty when the result has no such key.

@@ -1,5 +1,6 @@
 #include "ado/recordset.h"
 
+#include "ado/values.h"
 #include "automation/array.h"
 #include "automation/conversions.h"
 #include "automation/text.h"
@@ -65,6 +66,20 @@ void Recordset::set_source(std::string_view source) {
 
 void Recordset::open(std::string_view source, platform::Connection& connection, platform::CursorType cursor,
                      platform::LockType lock, std::int32_t options) {
+    open_request(source, {.sql = command_text(source, options)}, connection, cursor, lock);
+}
+
+void Recordset::open_query(std::string_view source, const std::vector<Variant>& parameters,
+                           platform::Connection& connection, platform::CursorType cursor,
+                           platform::LockType lock, std::int32_t options) {
+    RunRequest request{.sql = command_text(source, options), .is_own = true};
+    for (const Variant& parameter : parameters)
+        request.parameters.push_back(parameter_cell(parameter));
+    open_request(source, std::move(request), connection, cursor, lock);
+}
+
+void Recordset::open_request(std::string_view source, RunRequest request, platform::Connection& connection,
+                             platform::CursorType cursor, platform::LockType lock) {
     require_closed();
     auto* own = dynamic_cast<Connection*>(&connection);
     if (!own)
@@ -77,29 +92,22 @@ void Recordset::open(std::string_view source, platform::Connection& connection, 
     if (lock != platform::LockType::Unspecified)
         lock_ = lock;
     source_ = source;
-    start(own->session(), source_, options);
-}
-
-void Recordset::open_query(std::string_view source, const std::vector<Variant>&,
-                           platform::Connection& connection, platform::CursorType cursor,
-                           platform::LockType lock, std::int32_t options) {
-    open(source, connection, cursor, lock, options);
+    start(own->session(), std::move(request));
 }
 
 std::int64_t Recordset::open_executed(Connection& connection, std::string_view text, std::int32_t options) {
     connection_ = Ref<Connection>(&connection);
     location_ = static_cast<platform::CursorLocation>(connection.cursor_location());
     source_ = text;
-    return start(connection.session(), source_, options);
+    return start(connection.session(), {.sql = command_text(text, options)});
 }
 
-std::int64_t Recordset::start(const std::shared_ptr<Session>& session, std::string_view text,
-                              std::int32_t options) {
+std::int64_t Recordset::start(const std::shared_ptr<Session>& session, RunRequest request) {
     using platform::CursorType;
     using platform::LockType;
     const bool scrolls = location_ == platform::CursorLocation::Client || cursor_ != CursorType::ForwardOnly;
-    opened_text_ = command_text(text, options);
-    Execution execution = run(session, opened_text_, scrolls);
+    opened_ = std::move(request);
+    Execution execution = run(session, opened_, scrolls);
     filter_.clear();
     sort_.clear();
     fields_ = nullptr;
@@ -110,8 +118,7 @@ std::int64_t Recordset::start(const std::shared_ptr<Session>& session, std::stri
     cursor_ = execution.cursor->scrolls() ? CursorType::Static : CursorType::ForwardOnly;
     if (lock_ != LockType::ReadOnly)
         lock_ = LockType::Optimistic;
-    result_ =
-        make_ref<Result>(session, std::move(execution.cursor), lock_ != LockType::ReadOnly, opened_text_);
+    result_ = make_ref<Result>(session, std::move(execution.cursor), lock_ != LockType::ReadOnly, opened_);
     result_->set_page_size(page_size_);
     return execution.rows_changed;
 }
@@ -312,7 +319,8 @@ Ref<Recordset> Recordset::clone(std::int32_t lock) {
     copy->location_chosen_ = true;
     copy->page_size_ = page_size_;
     const bool reads_only = static_cast<platform::LockType>(lock) == platform::LockType::ReadOnly;
-    copy->open(opened_text_, *connection_, cursor_, reads_only ? platform::LockType::ReadOnly : lock_, 1);
+    copy->open_request(opened_.sql, opened_, *connection_, cursor_,
+                       reads_only ? platform::LockType::ReadOnly : lock_);
     return copy;
 }
 

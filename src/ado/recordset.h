@@ -105,7 +105,10 @@ private:
     // Error 3704 when closed.
     Result& result() const;
     void require_closed() const;
-    std::int64_t start(const std::shared_ptr<Session>& session, std::string_view text, std::int32_t options);
+    // Opens the request for what Source is to say.
+    void open_request(std::string_view source, RunRequest request, platform::Connection& connection,
+                      platform::CursorType cursor, platform::LockType lock);
+    std::int64_t start(const std::shared_ptr<Session>& session, RunRequest request);
 
     // --- Members as pages call them ----------------------------------------------------------------
 
@@ -174,7 +177,7 @@ private:
     Ref<Result> result_;
     Ref<Fields> fields_; // of result_
     std::string source_;
-    std::string opened_text_; // what was opened for source_
+    RunRequest opened_; // what was run for source_
     std::string filter_, sort_;
     platform::CursorLocation location_ = platform::CursorLocation::Server;
     platform::CursorType cursor_ = platform::CursorType::ForwardOnly;

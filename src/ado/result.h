@@ -22,9 +22,9 @@ public:
 
     static constexpr std::int32_t kUnknownPosition = -1, kPositionBof = -2, kPositionEof = -3;
 
-    // `source`: the query's text, of which bookmarks remember a trace.
+    // `source`: what was run, of which bookmarks remember a trace.
     Result(std::shared_ptr<Session> session, std::unique_ptr<Cursor> cursor, bool writable,
-           std::string_view source);
+           const RunRequest& source);
 
     // False once it was closed, or its connection.
     bool is_open() const noexcept { return cursor_ && session_->is_open(); }

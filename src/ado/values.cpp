@@ -198,6 +198,43 @@ OwnedCell from_variant(const Variant& given, const ColumnInfo& column) {
     }
 }
 
+OwnedCell parameter_cell(const Variant& given) {
+    const Variant value = given.is_object() ? value_of(given) : given;
+    switch (value.type()) {
+    case Type::Empty:
+    case Type::Null:
+        return OwnedCell();
+    case Type::Boolean:
+        return OwnedCell(Cell::of_whole(Kind::Boolean, value.boolean()));
+    case Type::Byte:
+    case Type::Integer:
+    case Type::Long:
+    case Type::LongLong:
+        return OwnedCell(Cell::integer(value.whole()));
+    case Type::Currency:
+        return OwnedCell(Cell::of_whole(Kind::Currency, value.whole()));
+    case Type::Single:
+    case Type::Double:
+        return OwnedCell(Cell::of_real(Kind::Real, value.real()));
+    case Type::Date:
+        return OwnedCell(Cell::of_real(Kind::Date, value.real()));
+    case Type::String:
+        return OwnedCell(Cell::text(value.text().view()));
+    case Type::ByteArray:
+        return OwnedCell(Cell::of_view(Kind::Bytes, value.text().view()));
+    default:
+        throw Error(kErrorMismatch);
+    }
+}
+
+std::int32_t parameter_type(const Cell& value) noexcept {
+    if (value.kind != Kind::Date)
+        return type::kVarWChar;
+    if (std::trunc(value.real) == 0)
+        return type::kDbTime;
+    return value.real == std::trunc(value.real) ? type::kDbDate : type::kDbTimeStamp;
+}
+
 std::weak_ordering compare(const Cell& a, const Cell& b) noexcept {
     const int left = rank(a), right = rank(b);
     if (left != right)

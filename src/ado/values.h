@@ -22,6 +22,13 @@ void append_text(std::string& out, const Cell& cell, std::int32_t type);
 // cannot be one of its type.
 OwnedCell from_variant(const Variant& value, const ColumnInfo& column);
 
+// A value for a parameter of a query, as what it is: "" is a text, Empty is Null. Error 13 for an array or an
+// object without a value.
+OwnedCell parameter_cell(const Variant& value);
+// The column type as which such a value is bound: it says that a date without a time of day is written as a
+// date alone, and a time of day without a date as a time.
+std::int32_t parameter_type(const Cell& value) noexcept;
+
 // The order of two values, as Sort uses it: Null, then numbers (dates and Booleans too), then text ignoring
 // case, then bytes.
 std::weak_ordering compare(const Cell& a, const Cell& b) noexcept;

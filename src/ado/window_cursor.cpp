@@ -55,7 +55,7 @@ void WindowCursor::forget() noexcept {
 std::unique_ptr<Statement> WindowCursor::prepared(const std::string& sql, std::size_t& bound) {
     std::size_t used = 0;
     auto statement = session().database().prepare(sql, used);
-    bound = bind_condition(*statement, condition_, described());
+    bound = bind_values(*statement, query_, condition_, described());
     return statement;
 }
 
