@@ -24,7 +24,6 @@ struct ColumnInfo {
     bool declared = false;      // false: the type is that of the first row's value
     bool key = false;           // part of the base table's primary key
     std::uint8_t key_parts = 0; // columns of that key, in the result or not
-    bool identity = false;      // the database numbers new rows in it
     bool ignores_case = false;  // the database's own comparison of it ignores case
     std::string schema, table;  // where the value comes from; empty for an expression
     std::string base_name;      // its name there

@@ -403,7 +403,7 @@ void Result::write_new() {
     insert_row(*session_, columns, new_values_);
     RowCells cells = current_cells();
     for (std::size_t i = 0; i < columns.size(); ++i)
-        if (columns[i].identity && cells[i].get().is_null())
+        if (columns[i].column.numbered && cells[i].get().is_null())
             cells[i] = OwnedCell(Cell::integer(session_->database().last_identity()));
     cancel_update();
     if (!key_columns(columns).empty())

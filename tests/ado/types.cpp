@@ -117,4 +117,56 @@ TEST_F(ShopTest, DescribesColumns) {
     EXPECT_EQ(read_only->columns()[0].attributes, 0);
 }
 
+// Which values are worked out, and which key the database gives out.
+TEST_F(ShopTest, TellsWhereValuesComeFrom) {
+    execute("create table plain (id integer primary key, n text, g as (id + 1));"
+            "create table counted (id integer primary key autoincrement);"
+            "create table backwards (id integer primary key desc);" // not the row's number
+            "create table without (id integer primary key) without rowid;"
+            "create table coded (code text primary key); create table pairs (a, b, primary key (a, b));"
+            "create table loose (n); create table named (rowid text, n);"
+            "create view v as select id, n || '' as text from plain");
+
+    enum { None = 0, Computed = 1, Numbered = 2 };
+
+    const struct {
+        std::string_view column;
+        int expected;
+    } cases[] = {
+        {"id from plain", Numbered},
+        {"rowid from plain", Numbered},
+        {"id as other from plain", Numbered},
+        {"id from counted", Numbered},
+        {"id from backwards", None},
+        {"id from without", None},
+        {"rowid from backwards", Numbered},
+        {"rowid from coded", Numbered},
+        {"code from coded", None},
+        {"a from pairs", None},
+        {"rowid from loose", Numbered},
+        {"rowid from named", None},
+        {"n from plain", None},
+        {"g from plain", None},
+        {"id from v", Numbered},
+        {"text from v", Computed},
+        {"p.n from plain p join loose l on l.n = p.n", None},
+        {"n from (select n from plain where id > 0)", None},
+        {"id + 1 from plain", Computed},
+        {"max(id) from plain", Computed},
+        {"'n' from plain", Computed},
+        {"n from plain union select n from loose", Computed | None},
+        {"id from plain where id in (select 1 union select 2)", Numbered},
+    };
+
+    for (const auto& c : cases) {
+        const platform::Column column = open("select " + std::string(c.column))->columns()[0];
+        EXPECT_EQ(column.computed * Computed | column.numbered * Numbered, c.expected) << c.column;
+    }
+    // What was taken for a row's number could have deleted two rows.
+    execute("insert into named values ('same', 1), ('same', 2)");
+    EXPECT_EQ(error_of([&] { open("select rowid, n from named")->remove(); }),
+              error_number(Code::FeatureNotAvailable));
+    EXPECT_EQ(scalar("select count(*) from named"), "2");
+}
+
 } // namespace tabrixdb::ado

@@ -1,5 +1,6 @@
 #include "ado/sqlite/database.h"
 
+#include "ado/sql_words.h"
 #include "ado/sqlite/declared_type.h"
 #include "ado/sqlite/functions.h"
 #include "ado/sqlite/statement.h"
@@ -82,6 +83,19 @@ std::string text_of(const char* text) {
 // A pragma whose argument names what it tells about.
 bool only_describes(std::string_view pragma) {
     return pragma.starts_with("table_") || pragma.starts_with("index_") || pragma == "foreign_key_list";
+}
+
+// Whether it joins the rows of several SELECTs.
+bool is_compound(std::string_view sql) {
+    SqlWords words(sql);
+    int depth = 0;
+    for (std::string_view word = words.next(); !word.empty(); word = words.next()) {
+        depth += (word == "(") - (word == ")");
+        if (depth == 0 && (equal_ignore_case(word, "UNION") || equal_ignore_case(word, "INTERSECT") ||
+                           equal_ignore_case(word, "EXCEPT")))
+            return true;
+    }
+    return false;
 }
 
 bool is_row_number_name(std::string_view name) {
@@ -282,6 +296,10 @@ void SqliteDatabase::describe(Prepared& prepared) {
     prepared.columns.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i)
         prepared.columns.push_back(describe(prepared.handle.get(), i));
+    // SQLite names the first SELECT's tables for the rows of all.
+    if (count != 0 && is_compound(std::string_view(prepared.sql).substr(0, prepared.used)))
+        for (ColumnInfo& info : prepared.columns)
+            info.column.computed = true;
 }
 
 ColumnInfo SqliteDatabase::describe(sqlite3_stmt* statement, int index) {
@@ -299,6 +317,7 @@ ColumnInfo SqliteDatabase::describe(sqlite3_stmt* statement, int index) {
         info.scale = declared.scale;
     }
     info.column.attributes = platform::kFieldIsNullable | platform::kFieldMayBeNull;
+    info.column.computed = !info.is_base();
     if (info.is_base())
         describe_base(info);
     switch (info.column.type) {
@@ -327,11 +346,10 @@ void SqliteDatabase::describe_base(ColumnInfo& info) {
     const KeyColumns& key = key_of(info.schema, info.table);
     info.key = primary != 0;
     info.key_parts = static_cast<std::uint8_t>(std::min<std::size_t>(key.names.size(), 255));
-    if (key.names.empty() && is_row_number_name(info.base_name)) {
-        info.key = true;
+    if (key.names.empty() && info.key) // the number that every row has
         info.key_parts = 1;
-    }
-    info.identity = info.key && (key.is_row_number || key.names.empty());
+    const bool is_named = std::ranges::find(key.names, info.base_name) != key.names.end();
+    info.column.numbered = info.key && (is_named ? key.is_row_number : is_row_number_name(info.base_name));
     // A column that the table numbers itself for good is not to be written; one that it numbers when it is
     // left out may be.
     if (!numbered)
@@ -350,12 +368,14 @@ const SqliteDatabase::KeyColumns& SqliteDatabase::key_of(const std::string& sche
         return key;
     std::size_t used = 0;
     const auto statement =
-        prepare("SELECT name, type FROM pragma_table_info(?, ?) WHERE pk > 0 ORDER BY pk", used);
+        prepare("SELECT name, EXISTS (SELECT 1 FROM pragma_index_list(?1, ?2) WHERE origin = 'pk')"
+                " FROM pragma_table_info(?1, ?2) WHERE pk > 0 ORDER BY pk",
+                used);
     statement->bind(0, Cell::text(table), type::kVarWChar);
     statement->bind(1, Cell::text(schema), type::kVarWChar);
     while (statement->step()) {
         key.names.emplace_back(statement->cell(0).view());
-        key.is_row_number = key.names.size() == 1 && equal_ignore_case(statement->cell(1).view(), "INTEGER");
+        key.is_row_number = statement->cell(1).whole == 0; // any other key has an index
     }
     return key;
 }
