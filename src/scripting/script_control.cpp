@@ -142,11 +142,13 @@ Variant ScriptControl::stopped() {
 }
 
 Variant ScriptControl::eval(std::string_view expression) {
-    return guarded([&](vbscript::Machine& machine) { return machine.eval(expression); });
+    return eval_with(expression, {});
 }
 
-Variant ScriptControl::eval_with(std::string_view expression, const std::vector<Variant>&) {
-    return eval(expression);
+Variant ScriptControl::eval_with(std::string_view expression, const std::vector<Variant>& values) {
+    return guarded([&](vbscript::Machine& machine) {
+        return machine.eval(expression, {.prefix = kValueName, .values = values});
+    });
 }
 
 void ScriptControl::run_code(const std::string& code) {

@@ -53,6 +53,8 @@ public:
     // Error 440 when it took longer than Timeout; Empty when the page has to stop.
     Variant eval(std::string_view expression) override;
 
+    // The same. What the expression calls does not see the values' names, and they end with it. It is
+    // compiled once, whatever the values.
     Variant eval_with(std::string_view expression, const std::vector<Variant>& values) override;
 
     // Milliseconds for one call; kNoTimeout: as long as the page may. Error 380 for other negative ones.

@@ -32,8 +32,8 @@ bool Machine::has_procedure(std::string_view name) const {
     return state_->procedure(name) != nullptr;
 }
 
-Variant Machine::eval(std::string_view expression) {
-    return state_->eval(expression);
+Variant Machine::eval(std::string_view expression, const ExpressionVariables& variables) {
+    return state_->eval(expression, variables);
 }
 
 void Machine::add_object(std::string_view name, Ref<Object> object, bool members) {
@@ -110,8 +110,8 @@ std::optional<Variant> Machine::State::call(std::string_view name, Arguments arg
     return found ? execute(*found->unit, *found->procedure, arguments) : std::nullopt;
 }
 
-Variant Machine::State::eval(std::string_view expression) {
-    return evaluate(expression, nullptr);
+Variant Machine::State::eval(std::string_view expression, const ExpressionVariables& variables) {
+    return evaluate(expression, nullptr, variables);
 }
 
 void Machine::State::add_object(std::string_view name, Ref<Object> object, bool members) {
@@ -169,7 +169,7 @@ LoadedUnit& Machine::State::load(std::shared_ptr<const Program> program) {
         throw Error(7);
     held_bytes_ += bytes;
     const Program* const key = program.get();
-    return *units_.emplace(key, link(std::move(program), nullptr)).first->second;
+    return *units_.emplace(key, link(std::move(program), nullptr, {})).first->second;
 }
 
 void Machine::State::unload(const LoadedUnit& unit) noexcept {
@@ -179,14 +179,15 @@ void Machine::State::unload(const LoadedUnit& unit) noexcept {
     units_.erase(unit.program.get());
 }
 
-std::unique_ptr<LoadedUnit> Machine::State::link(std::shared_ptr<const Program> program, Frame* scope) {
+std::unique_ptr<LoadedUnit> Machine::State::link(std::shared_ptr<const Program> program, Frame* scope,
+                                                 const ExpressionVariables& variables) {
     auto unit = std::make_unique<LoadedUnit>();
     unit->program = std::move(program);
     unit->scope = scope;
     unit->caches.resize(unit->program->caches);
     unit->class_keys = new_class_keys(unit->program->classes.size());
     for (const Program::Link& wanted : unit->program->links) {
-        if (scope && borrow(*unit, *scope, wanted))
+        if (lend(*unit, variables, wanted.name) || (scope && borrow(*unit, *scope, wanted)))
             continue;
         Global& found = global(wanted.name);
         if (found.kind == Global::Kind::Undefined && wanted.declared == Program::Declared::No)

@@ -6,6 +6,7 @@
 
 #include <memory>
 #include <optional>
+#include <span>
 #include <string_view>
 
 namespace tabrixdb::vbscript {
@@ -39,6 +40,12 @@ struct Limits {
     std::uint64_t steps = 0;     // loop rounds and procedure calls before the run is stopped; 0: any number
 };
 
+// Variables of one expression alone: values[i] is called `prefix` followed by i.
+struct ExpressionVariables {
+    std::string_view prefix;
+    std::span<const Variant> values;
+};
+
 enum class Outcome : std::uint8_t { Finished, Stopped }; // Stopped: see Interrupt::reason()
 
 // One script engine: the global names of the units that it ran, and Err. Belongs to one thread at a time.
@@ -57,7 +64,9 @@ public:
     bool has_procedure(std::string_view name) const;
     // The value of one expression, with the machine's global names in sight; Empty when the run was stopped.
     // Raises ScriptError. What was compiled is kept for expressions that come again.
-    Variant eval(std::string_view expression);
+    // `variables` hide global names of theirs; they are copies, which end with it, and what it calls does not
+    // see them.
+    Variant eval(std::string_view expression, const ExpressionVariables& variables = {});
     // Makes the object a global name; with `members`, its members, too, where nothing else has their names.
     void add_object(std::string_view name, Ref<Object> object, bool members);
     // Whether any of its script is at work.

@@ -3,6 +3,7 @@
 #include "vbscript/machine_state.h"
 
 #include <algorithm>
+#include <charconv>
 
 // Code that a script has as text: Eval, Execute, ExecuteGlobal, and GetRef.
 namespace tabrixdb::vbscript {
@@ -73,8 +74,9 @@ Frame* Machine::State::scope_of(Frame& frame) noexcept {
     return at->procedure == &at->unit->program->main ? nullptr : at;
 }
 
-Variant Machine::State::evaluate(std::string_view expression, Frame* scope) {
-    const std::unique_ptr<LoadedUnit> unit = link(compiled(Code::Expression, expression), scope);
+Variant Machine::State::evaluate(std::string_view expression, Frame* scope,
+                                 const ExpressionVariables& variables) {
+    const std::unique_ptr<LoadedUnit> unit = link(compiled(Code::Expression, expression), scope, variables);
     return execute(*unit, unit->program->main, {}).value_or(Variant());
 }
 
@@ -87,7 +89,7 @@ void Machine::State::execute_text(std::string_view statements, Frame* scope) {
     }
     if (program->is_referred_to())
         declare_procedures(load(program));
-    const std::unique_ptr<LoadedUnit> unit = link(std::move(program), scope);
+    const std::unique_ptr<LoadedUnit> unit = link(std::move(program), scope, {});
     declare_names(*unit);
     execute(*unit, unit->program->main, {});
 }
@@ -106,7 +108,7 @@ Variant Machine::State::call_text_function(Frame& frame, Global::Kind kind, cons
     }
     try {
         if (kind == Global::Kind::Eval)
-            return evaluate(text.text(), scope_of(frame));
+            return evaluate(text.text(), scope_of(frame), {});
         execute_text(text.text(), kind == Global::Kind::Execute ? scope_of(frame) : nullptr);
         return {};
     } catch (const ScriptError& error) {
@@ -153,6 +155,24 @@ bool borrow_member(LoadedUnit& unit, const Frame& scope, std::string_view name) 
 }
 
 } // namespace
+
+// One of the expression's own variables.
+bool Machine::State::lend(LoadedUnit& unit, const ExpressionVariables& variables, std::string_view name) {
+    const std::size_t length = variables.prefix.size();
+    if (variables.values.empty() || !equal_ignore_case(name.substr(0, length), variables.prefix))
+        return false;
+    const std::string_view digits = name.substr(length);
+    std::size_t index = 0;
+    const auto read = std::from_chars(digits.data(), digits.data() + digits.size(), index);
+    const bool is_number = read.ec == std::errc() && read.ptr == digits.data() + digits.size();
+    if (!is_number || index >= variables.values.size() || (digits.front() == '0' && digits.size() > 1))
+        return false;
+    Global& stand_in = unit.borrowed.emplace_back();
+    stand_in.kind = Global::Kind::Variable;
+    stand_in.value = variables.values[index];
+    unit.links.push_back({&stand_in, &stand_in.value});
+    return true;
+}
 
 bool Machine::State::borrow(LoadedUnit& unit, Frame& scope, const Program::Link& wanted) {
     if (wanted.declared == Program::Declared::Procedure || wanted.declared == Program::Declared::Class)

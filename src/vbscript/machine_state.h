@@ -72,7 +72,7 @@ struct LoadedUnit {
     std::vector<MemberCache> caches;
     std::vector<const void*> class_keys; // Object::dispatch_key of their objects
     Frame* scope = nullptr;              // of Eval and Execute: the procedure they run in
-    std::deque<Global> borrowed;         // stands for names of the scope
+    std::deque<Global> borrowed;         // stands for names of the scope, and for variables of its own
 };
 
 // A procedure at work.
@@ -125,7 +125,7 @@ public:
     Outcome run(std::shared_ptr<const Program> program);
     std::optional<Variant> call(std::string_view procedure, Arguments arguments);
     const Global* procedure(std::string_view name) const;
-    Variant eval(std::string_view expression);
+    Variant eval(std::string_view expression, const ExpressionVariables& variables);
     void add_object(std::string_view name, Ref<Object> object, bool members);
 
     bool is_running() const noexcept { return !frames_.empty(); }
@@ -150,7 +150,8 @@ private:
     void resolve(Global& global, std::string_view name);
     LoadedUnit& load(std::shared_ptr<const Program> program);
     void unload(const LoadedUnit& unit) noexcept;
-    std::unique_ptr<LoadedUnit> link(std::shared_ptr<const Program> program, Frame* scope);
+    std::unique_ptr<LoadedUnit> link(std::shared_ptr<const Program> program, Frame* scope,
+                                     const ExpressionVariables& variables);
     void declare_names(LoadedUnit& unit);
     void declare_procedures(LoadedUnit& unit);
 
@@ -161,7 +162,8 @@ private:
     std::shared_ptr<const Program> compiled(Code kind, std::string_view text);
     // In the procedure at work, or, without one, among the global names.
     static Frame* scope_of(Frame& frame) noexcept;
-    Variant evaluate(std::string_view expression, Frame* scope);
+    Variant evaluate(std::string_view expression, Frame* scope, const ExpressionVariables& variables);
+    static bool lend(LoadedUnit& unit, const ExpressionVariables& variables, std::string_view name);
     void execute_text(std::string_view statements, Frame* scope);
     bool borrow(LoadedUnit& unit, Frame& scope, const Program::Link& wanted);
     Global* name_in_frame(Frame& scope, const Program::Link& wanted);

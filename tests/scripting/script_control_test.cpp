@@ -1,5 +1,6 @@
 #include "automation/conversions.h"
 #include "automation/error.h"
+#include "automation/member.h"
 #include "scripting/script_control.h"
 
 #include <functional>
@@ -105,6 +106,75 @@ TEST(ScriptControl, objects_end_with_the_page) {
     const Ref<Object> object(control->eval("New C").object());
     get(*object, "Forever");
     EXPECT_EQ(page.reason(), Interrupt::Reason::TimedOut);
+}
+
+// Values are variables of the expression, whatever they hold; nothing of them stays.
+TEST(ScriptControl, evaluates_with_values) {
+    const ScriptControl::Run run; // ends the circle of the control that holds itself
+    const auto control = make_ref<ScriptControl>();
+    get(*control, "AddObject", {Variant("self"), Variant(control)});
+    execute(*control, "Dim rate : rate = 2 : TabrixDb_Value_3 = \"page's\"\n"
+                      "Function Twice(x) : Twice = x * rate : x = 0 : End Function\n"
+                      "Function Seen : Seen = IsEmpty(TabrixDb_Value_0) : End Function");
+    const std::vector<Variant> values = {Variant(21), Variant("\" & Eval(\"1/0\") & \""), Variant::null()};
+
+    const struct {
+        const char* expression;
+        const char* result;
+    } cases[] = {
+        {"TabrixDb_Value_0 + 1", "22"},
+        {"Twice(tabrixdb_value_0) & TabrixDb_Value_0", "420"}, // by reference, and gone with the expression
+        {"TabrixDb_Value_0", "21"},
+        {"TabrixDb_Value_1", "\" & Eval(\"1/0\") & \""},
+        {"\"a\" & TabrixDb_Value_1 & TabrixDb_Value_2 & \"b\"", "a\" & Eval(\"1/0\") & \"b"},
+        {"IsNull(TabrixDb_Value_2)", "True"},
+        {"TabrixDb_Value_3 & IsEmpty(TabrixDb_Value_4) & IsEmpty(TabrixDb_Value_00)", "page'sTrueTrue"},
+        {"Seen()", "True"},
+        {"IsEmpty(Eval(\"TabrixDb_Value_0\"))", "True"},
+        {"self.Eval(\"IsEmpty(TabrixDb_Value_0)\") & TabrixDb_Value_0", "True21"},
+    };
+
+    for (int time = 1; time <= 2; ++time) // what was compiled is run again
+        for (const auto& c : cases)
+            EXPECT_EQ(to_text(control->eval_with(c.expression, values)).view(), c.result) << c.expression;
+    EXPECT_EQ(values[0].whole(), 21);
+    EXPECT_TRUE(control->eval("IsEmpty(TabrixDb_Value_0)").boolean());
+    EXPECT_EQ(to_text(control->eval_with("TabrixDb_Value_0", {Variant("other")})).view(), "other");
+
+    const auto error = [&](const char* property) { return get(*get(*control, "Error").object(), property); };
+    EXPECT_EQ(error_of([&] { control->eval_with("1 / (TabrixDb_Value_0 - 21)", values); }), 11);
+    EXPECT_EQ(to_long(error("Number")), 11);
+    EXPECT_EQ(to_text(error("Text")).view(), "1 / (TabrixDb_Value_0 - 21)");
+    EXPECT_EQ(error_of([&] { control->eval_with("TabrixDb_Value_0 +", values); }), 1023);
+    execute(*control, "Function Forever : Do : Loop : End Function");
+    control->set_timeout(0);
+    EXPECT_EQ(error_of([&] { control->eval_with("Forever()", values); }), 440);
+}
+
+// An object that runs another expression with other values while one is at work.
+TEST(ScriptControl, values_of_one_expression_are_not_those_of_another) {
+    struct Again final : Object {
+        ScriptControl* control = nullptr;
+        int depth = 0;
+
+        const ClassInfo& class_info() const override {
+            static const ClassInfo info("Again", "", {method<&Again::run>("Run")});
+            return info;
+        }
+
+        Variant run() {
+            if (++depth == 4)
+                return Variant("");
+            return control->eval_with("TabrixDb_Value_0 & again.Run() & TabrixDb_Value_0", {Variant(depth)});
+        }
+    };
+
+    const ScriptControl::Run run;
+    const auto control = make_ref<ScriptControl>();
+    const auto again = make_ref<Again>();
+    again->control = control.get();
+    get(*control, "AddObject", {Variant("again"), Variant(again)});
+    EXPECT_EQ(to_text(again->run()).view(), "123321");
 }
 
 } // namespace
