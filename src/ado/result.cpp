@@ -68,7 +68,7 @@ void Result::require_record() {
     settle();
     if (place_ != Place::Row && !added_ && edit_mode_ != EditMode::Add)
         throw error(Code::NoCurrentRecord, kRecordsetSource);
-    if (deleted_)
+    if (deleted_ && edit_mode_ != EditMode::Add)
         throw Error(kDeletedRow, "Row handle referred to a deleted row or a row marked for deletion.",
                     std::string(kRecordsetSource));
 }
