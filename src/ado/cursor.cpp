@@ -39,7 +39,8 @@ std::unique_ptr<Cursor> window_over(const std::shared_ptr<Session>& session, con
     try {
         const std::vector<ColumnInfo>& columns = plain.columns();
         const auto wrapped = session->prepare_single(
-            window_sql(query, session->database().dialect(), {columns, Condition(), SortOrder()}));
+            window_sql(query, session->database().dialect(), {columns, Condition(), SortOrder()}),
+            query.reach);
         if (wrapped && same_names(columns, wrapped->columns()))
             return std::make_unique<WindowCursor>(session, columns, std::move(query));
     } catch (const Error&) {
@@ -76,6 +77,13 @@ bool has_statement(std::string_view sql) {
     throw Error(kErrorsInCommand,
                 "The query has " + std::string(too_many ? "fewer" : "more") + " parameters than the " +
                     std::to_string(request.parameters.size()) + " that it was given values for.",
+                std::string(kRecordsetSource));
+}
+
+[[noreturn]] void fail_several() {
+    throw Error(kErrorsInCommand,
+                "The query is more than one statement, and only settings may stand before it. "
+                "\"Statements=Many\" in the connection string allows several.",
                 std::string(kRecordsetSource));
 }
 
@@ -121,18 +129,22 @@ Execution run(const std::shared_ptr<Session>& session, const RunRequest& request
     Execution result;
     std::string_view sql = request.sql;
     std::span<const OwnedCell> parameters = request.parameters; // those that no statement has taken
+    const bool single = request.is_own && !session->database().allows_many();
+    const Reach reach = single ? Reach::OwnFile : Reach::AnyFile;
     Database& database = session->database();
     database.clear_errors();
     bool any = false;
     while (!is_blank(sql)) {
         std::size_t used = 0;
-        auto statement = database.prepare(sql, used);
+        auto statement = database.prepare(sql, used, reach);
         const bool last = !has_statement(sql.substr(used));
-        const bool alone = !any && last;
+        const bool alone = (single || !any) && last;
         const std::string_view text = sql.substr(0, used);
         sql.remove_prefix(used);
         if (!statement)
             continue;
+        if (single && !last && !statement->only_sets())
+            fail_several();
         any = true;
         const auto own = parameters.first(std::min(statement->parameters(), parameters.size()));
         parameters = parameters.subspan(own.size());
@@ -145,11 +157,13 @@ Execution run(const std::shared_ptr<Session>& session, const RunRequest& request
         // Also for what only seems to read: a pragma does nothing within a transaction.
         if (!query)
             session->before_write();
-        if (!statement->columns().empty() && !result.cursor) {
+        if (!statement->columns().empty() && !result.cursor && (last || !single)) {
             if (!alone)
                 query.reset();
-            if (query)
+            if (query) {
                 query->parameters.assign(own.begin(), own.end());
+                query->reach = reach;
+            }
             result.cursor = cursor_over(session, std::move(statement), std::move(query), scrolls);
         } else {
             while (statement->step()) {

@@ -84,14 +84,16 @@ struct Execution {
 // What is to be run.
 struct RunRequest {
     std::string sql;
-    // A query of the engine's own has all the values of its parameters here. What a page opens or executes
-    // has none; parameters that its text has nevertheless are Null.
+    // A query of the engine's own has all the values of its parameters here, and is one statement behind any
+    // that only set something (but see Database::allows_many). What a page opens or executes has no values;
+    // parameters that its text has nevertheless are Null.
     bool is_own = false;
     std::vector<OwnedCell> parameters = {};
 };
 
-// Runs every statement of the text; the first that gives rows gives the cursor. `scrolls`: one that goes to
-// any position, else one that only goes forward where the database can step through the rows.
+// Runs every statement of the text; the first that gives rows gives the cursor, the last one where there is
+// to be one statement. `scrolls`: a cursor that goes to any position, else one that only goes forward where
+// the database can step through the rows.
 Execution run(const std::shared_ptr<Session>& session, const RunRequest& request, bool scrolls);
 
 } // namespace tabrixdb::ado

@@ -31,6 +31,9 @@ struct ColumnInfo {
     bool is_base() const noexcept { return !table.empty(); }
 };
 
+// What a statement may do to files. OwnFile: it opens and writes none but the connection's.
+enum class Reach : std::uint8_t { AnyFile, OwnFile };
+
 // A prepared statement. After step() gave a row, its cells are valid until the next step() or reset().
 class Statement {
 public:
@@ -38,6 +41,8 @@ public:
     // Empty for a statement that gives no rows. Valid as long as the statement.
     virtual const std::vector<ColumnInfo>& columns() const = 0;
     virtual bool reads_only() const = 0;
+    // It changes a setting of the connection, and that is all.
+    virtual bool only_sets() const = 0;
     virtual std::size_t parameters() const = 0;
     // `index` from 0. `type` is the ADO type of the column that the value is compared with or written to: it
     // says how the database writes a date. The value is copied.
@@ -82,8 +87,12 @@ public:
     virtual ~Database() = default;
     virtual const Dialect& dialect() const = 0;
     // Prepares the first statement of `sql` and sets `used` to the bytes it took, sign of end included.
-    // nullptr when there is none, only blanks and comments.
-    virtual std::unique_ptr<Statement> prepare(std::string_view sql, std::size_t& used) = 0;
+    // nullptr when there is none, only blanks and comments. What goes beyond `reach` is refused here or when
+    // it is stepped.
+    virtual std::unique_ptr<Statement> prepare(std::string_view sql, std::size_t& used, Reach reach) = 0;
+    // Whether the connection's settings let a query of the engine's own be several statements, and reach any
+    // file.
+    virtual bool allows_many() const noexcept = 0;
     virtual void begin() = 0;
     virtual void commit() = 0;
     virtual void rollback() = 0;

@@ -74,7 +74,8 @@ std::optional<Query> derived_query(std::string_view sql) {
         limited |= depth == 0 && equal_ignore_case(token, "LIMIT");
         marked |= order != std::string_view::npos && is_parameter(token);
     }
-    Query query{std::string(sql.substr(start, end - start)), {}, {}};
+    Query query;
+    query.text = sql.substr(start, end - start);
     const bool droppable = order != std::string_view::npos && !limited && !marked;
     query.unordered = droppable ? query.text.substr(0, order - start) : query.text;
     return query;

@@ -43,6 +43,7 @@ struct Query {
     std::string text;
     std::string unordered; // without its ORDER BY, where that neither chooses the rows nor has parameters
     std::vector<OwnedCell> parameters; // all of them, in the order of their marks
+    Reach reach = Reach::AnyFile;
 };
 
 // nullopt for what is no single SELECT, WITH or VALUES by its words.

@@ -1,5 +1,6 @@
 #include "ado/recordset.h"
 
+#include "ado/sql_words.h"
 #include "ado/values.h"
 #include "automation/array.h"
 #include "automation/conversions.h"
@@ -26,6 +27,23 @@ bool is_name(std::string_view text) {
     return !text.empty() && text.find_first_of(" \t\r\n\f\v(;,") == std::string_view::npos;
 }
 
+// Whether the text is one quoted name, `[order lines]`, also behind another: `"main"."orders"`.
+bool is_quoted_name(std::string_view text) {
+    SqlWords words(text);
+    bool wants_name = true;
+    std::size_t end = 0; // of a name in "", which goes on where a doubled sign stands in it
+    for (std::string_view sign = words.next(); !sign.empty(); sign = words.next()) {
+        const bool quoted = sign.size() >= 2 && sign.front() == '"' && sign.back() == '"';
+        const bool is_name = quoted || (sign.front() == '[' && sign.back() == ']');
+        const bool goes_on = quoted && end != 0 && words.start() == end;
+        if (sign == "." ? wants_name : !is_name || (!wants_name && !goes_on))
+            return false;
+        wants_name = sign == ".";
+        end = quoted ? words.end() : 0;
+    }
+    return !wants_name;
+}
+
 std::string command_text(std::string_view source, std::int32_t options) {
     if (options != -1 && (options & kCommandStoredProcedure))
         throw error(Code::FeatureNotAvailable, kRecordsetSource, "SQLite has no stored procedures.");
@@ -33,7 +51,7 @@ std::string command_text(std::string_view source, std::int32_t options) {
         options == -1 ? is_name(source) : (options & (kCommandTable | kCommandTableDirect)) != 0;
     if (!is_table)
         return std::string(source);
-    if (source.starts_with('[') || source.starts_with('"'))
+    if (is_quoted_name(source))
         return "SELECT * FROM " + std::string(source);
     return "SELECT * FROM \"" + replace_all(source, "\"", "\"\"") + "\"";
 }

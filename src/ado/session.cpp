@@ -68,9 +68,9 @@ Database& Session::database() {
     return *database_;
 }
 
-std::unique_ptr<Statement> Session::prepare_single(std::string_view sql) {
+std::unique_ptr<Statement> Session::prepare_single(std::string_view sql, Reach reach) {
     std::size_t used = 0;
-    auto statement = database().prepare(sql, used);
+    auto statement = database().prepare(sql, used, reach);
     const auto is_blank = [](unsigned char c) { return std::isspace(c) != 0; };
     return statement && std::ranges::all_of(sql.substr(used), is_blank) ? std::move(statement) : nullptr;
 }

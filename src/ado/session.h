@@ -49,7 +49,7 @@ public:
     // Error 3704 when closed.
     Database& database();
     // One statement that fills the whole text, but for blanks; else nullptr.
-    std::unique_ptr<Statement> prepare_single(std::string_view sql);
+    std::unique_ptr<Statement> prepare_single(std::string_view sql, Reach reach = Reach::OwnFile);
 
     void add_reader(Reader& reader) { readers_.push_back(&reader); }
 

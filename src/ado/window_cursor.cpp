@@ -54,7 +54,7 @@ void WindowCursor::forget() noexcept {
 
 std::unique_ptr<Statement> WindowCursor::prepared(const std::string& sql, std::size_t& bound) {
     std::size_t used = 0;
-    auto statement = session().database().prepare(sql, used);
+    auto statement = session().database().prepare(sql, used, query_.reach);
     bound = bind_values(*statement, query_, condition_, described());
     return statement;
 }

@@ -9,7 +9,7 @@ using platform::CursorLocation;
 using platform::CursorType;
 using platform::LockType;
 
-class ParameterTest : public PeopleTest {
+class OwnQueryTest : public PeopleTest {
 protected:
     Ref<Recordset> query(std::string_view sql, const std::vector<Variant>& parameters,
                          CursorLocation location = CursorLocation::Client) {
@@ -28,7 +28,7 @@ protected:
 
 } // namespace
 
-TEST_F(ParameterTest, BindsThemWhateverTheCursor) {
+TEST_F(OwnQueryTest, BindsThemWhateverTheCursor) {
     execute("create table d (id integer, day date, at datetime, clock time);"
             "insert into d values (1, '2024-05-31', '2024-05-31 18:30:00', '18:30:00')");
     const Variant may = Variant::date(45443), evening = Variant::date(45443.770833333333);
@@ -84,7 +84,7 @@ TEST_F(ParameterTest, BindsThemWhateverTheCursor) {
 }
 
 // The query's values come before those of filter, window and key.
-TEST_F(ParameterTest, KeepsThemApartFromOtherValues) {
+TEST_F(OwnQueryTest, KeepsThemApartFromOtherValues) {
     const auto recordset = query("select id, name, age from people where id <> ? order by id = ? desc, id",
                                  {Variant(1), Variant(4)});
     EXPECT_EQ(ids(*recordset), "4 2 3 5");
@@ -123,7 +123,7 @@ TEST_F(ParameterTest, KeepsThemApartFromOtherValues) {
     EXPECT_EQ(error_of([&] { query(keyless, {Variant(3)})->set_bookmark(second); }), kBadBookmark);
 }
 
-TEST_F(ParameterTest, WantsAsManyAsItIsGiven) {
+TEST_F(OwnQueryTest, WantsAsManyAsItIsGiven) {
     const struct {
         std::string_view sql;
         std::vector<Variant> parameters;
@@ -149,6 +149,147 @@ TEST_F(ParameterTest, WantsAsManyAsItIsGiven) {
     recordset->close();
     get(*recordset, "Open");
     EXPECT_TRUE(recordset->eof());
+}
+
+TEST_F(OwnQueryTest, IsOneStatement) {
+    const std::string beside = path_.string() + "-journal"; // goes with the fixture
+    const auto row_text = [](Recordset& recordset) {
+        return recordset.state() == platform::kStateOpen ? rows(recordset) : std::string("none");
+    };
+
+    const struct {
+        std::string sql;
+        std::string_view rows; // "": it is refused
+    } cases[] = {
+        {"select 1 ; ; -- the end; \n", "1;"},
+        {"pragma foreign_keys = off; select id from people where id < 3", "1;2;"},
+        {"pragma busy_timeout = 5; /* ; */ PRAGMA cache_size(100); select 2;", "2;"},
+        {"select * from pragma_table_info('people') where pk", "0,id,INTEGER,0,NULL,1;"},
+        {"pragma busy_timeout = 5000", "5000;"},
+        {"with a as (select ';' as x) select x from a", ";;"},
+        {"update people set age = age", "none"},
+        {"select 1; select 2", ""},
+        {"select 1; delete from people", ""},
+        {"delete from people; select 1", ""},
+        {"pragma foreign_keys = off; delete from people; select 1", ""},
+        {"select 1; pragma foreign_keys = off", ""},
+        {"pragma table_info(people); select 1", ""},
+        {"explain pragma foreign_keys = off; select 1", ""},
+        {"attach '" + beside + "' as other", ""},
+        {"attach '' as other", ""},
+        {"detach main", ""},
+        {"vacuum into '" + beside + "'", ""},
+        {"vacuum into '" + beside.substr(0, 5) + "' || '" + beside.substr(5) + "'", ""},
+        {"pragma temp_store_directory = '/'; select 1", ""},
+        {"PRAGMA Temp_Store_Directory('/')", ""},
+    };
+
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.sql);
+        const auto connection = connect();
+        try {
+            EXPECT_EQ(row_text(*query(*connection, c.sql, {})), c.rows);
+        } catch (const Error& error) {
+            EXPECT_EQ(c.rows, "") << error.description();
+            EXPECT_NE(error.description().find("\"Statements=Many\""), std::string::npos)
+                << error.description();
+        }
+        EXPECT_FALSE(std::filesystem::exists(beside));
+        EXPECT_EQ(scalar(*connect(), "pragma foreign_keys"), "1"); // a changed handle is given to nobody
+    }
+    EXPECT_EQ(scalar("select count(*) from people"), "5");
+}
+
+TEST_F(OwnQueryTest, IsWhatThePageLikesWhereSettingsSaySo) {
+    const std::string beside = path_.string() + "-journal";
+    EXPECT_EQ(error_of([&] { connect("Statements=Some"); }), kFailed);
+    const auto many = connect("Statements=Many");
+    EXPECT_EQ(rows(*query(*many, "select id from people where id > ?; update people set age = ? where id = ?",
+                          {Variant(3), Variant(99), Variant(1)})),
+              "4;5;");
+    EXPECT_EQ(scalar("select age from people where id = 1"), "99");
+    EXPECT_EQ(error_of([&] { query(*many, "select ?; select ?", {Variant(1)}); }), kErrorsInCommand);
+    query(*many, "vacuum into '" + beside + "'", {});
+    query(*many, "attach '" + beside + "' as other", {});
+    EXPECT_EQ(rows(*query(*many, "select count(*) from other.people", {})), "5;");
+    std::filesystem::remove(beside);
+}
+
+// What the page itself has prepared is kept for the page's own statements only.
+TEST_F(OwnQueryTest, RunsNothingThatWasPreparedForThePage) {
+    const std::string beside = path_.string() + "-journal";
+    const std::string backup = "vacuum into '" + beside + "'";
+    execute(backup);
+    EXPECT_TRUE(std::filesystem::remove(beside));
+    EXPECT_EQ(error_of([&] { query(backup, {}); }), kPermissionDenied);
+    EXPECT_FALSE(std::filesystem::exists(beside));
+    EXPECT_EQ(connection_->errors().at(0).number, kPermissionDenied);
+    execute(backup); // nor the other way round
+    EXPECT_TRUE(std::filesystem::remove(beside));
+    // Nor does a setting that was kept go unmade.
+    for (const char* value : {"500", "600", "500"}) {
+        execute("pragma busy_timeout = " + std::string(value));
+        EXPECT_EQ(scalar("pragma busy_timeout"), value);
+    }
+}
+
+// Names that would be more than names, in every place where they become SQL.
+TEST_F(OwnQueryTest, TakesNamesForNames) {
+    const std::string table = "t\"; drop table people; --", column = "c\" = 1 or 1 -- '?";
+    const auto quoted = [](std::string_view name) { return "\"" + replace_all(name, "\"", "\"\"") + "\""; };
+    execute("create table " + quoted(table) + " (" + quoted(column) + " text collate nocase primary key, " +
+            "n integer); insert into " + quoted(table) + " values ('a', 1), ('b', 2), ('c', 2)");
+    auto recordset = make_ref<Recordset>();
+    recordset->set_cursor_location(CursorLocation::Client);
+    const auto open_table = [&](std::string_view name, std::int32_t options) {
+        recordset->open(name, *connection_, CursorType::Static, LockType::Optimistic, options);
+    };
+    open_table(table, 2);
+    EXPECT_EQ(recordset->columns()[0].name, column);
+    recordset->set_filter("n = 2");
+    recordset->set_sort("n, c\" = 1 or 1 -- '? desc");
+    EXPECT_EQ(rows(*recordset), "c,2;b,2;");
+    recordset->move_first();
+    const Variant mark = recordset->bookmark();
+    recordset->set_filter("");
+    recordset->set_bookmark(mark);
+    EXPECT_EQ(text(recordset->value(0)), "c");
+    recordset->set_value(0, Variant("changed"));
+    recordset->update();
+    recordset->remove();
+    recordset->add_new();
+    recordset->set_value(0, Variant("new"));
+    recordset->update();
+    recordset->close();
+    EXPECT_EQ(scalar("select group_concat(n || " + quoted(column) + ") from (select * from " + quoted(table) +
+                     " order by 1)"),
+              "1a,2b");
+    EXPECT_EQ(scalar("select count(*) from " + quoted(table)), "3");
+
+    const struct {
+        std::string_view name; // where a table's is wanted
+        std::int32_t error;
+    } cases[] = {
+        {"people", 0},
+        {"[people]", 0},
+        {"\"main\" . [people] ", 0},
+        {"[people] where 0", kNoTable},
+        {"[people], people as other", kNoTable},
+        {"\"people\" union select 1", kNoTable},
+        {"\"people\" \"alias\"", kNoTable},
+        {"\"people", kNoTable},
+        {"[people].", kNoTable},
+        {"\"a\"\"b\"", kNoTable},
+    };
+
+    for (const auto& c : cases) {
+        EXPECT_EQ(error_of([&] { open_table(c.name, 2); }), c.error) << c.name;
+        if (c.error == 0)
+            recordset->close();
+    }
+    EXPECT_EQ(error_of([&] { execute(std::string_view("select 1\0; drop table people", 29)); }),
+              kErrorsInCommand);
+    EXPECT_EQ(scalar("select count(*) from people"), "5");
 }
 
 } // namespace tabrixdb::ado

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <array>
 #include <thread>
+#include <utility>
 
 #include <sys/stat.h>
 
@@ -64,6 +65,14 @@ std::chrono::milliseconds busy_timeout_of(const ConnectionString& settings) {
     return std::chrono::milliseconds(static_cast<std::int64_t>(*seconds * 1000));
 }
 
+bool allows_many_statements(const ConnectionString& settings) {
+    const std::string_view text = settings.value("Statements");
+    const bool many = equal_ignore_case(text, "Many");
+    if (!many && !text.empty() && !equal_ignore_case(text, "One"))
+        throw Error(kFailed, "Statements takes One or Many.", std::string(kSource));
+    return many;
+}
+
 int open_flags(std::string_view mode) {
     if (equal_ignore_case(mode, "Read") || equal_ignore_case(mode, "ReadOnly"))
         return SQLITE_OPEN_READONLY;
@@ -82,8 +91,31 @@ std::string text_of(const char* text) {
 
 // A pragma whose argument names what it tells about.
 bool only_describes(std::string_view pragma) {
-    return pragma.starts_with("table_") || pragma.starts_with("index_") || pragma == "foreign_key_list";
+    return equal_ignore_case(pragma.substr(0, 6), "table_") ||
+           equal_ignore_case(pragma.substr(0, 6), "index_") || equal_ignore_case(pragma, "foreign_key_list");
 }
+
+// A pragma whose argument is where other files than the database's are to be.
+bool names_a_place(std::string_view pragma) {
+    return equal_ignore_case(pragma, "temp_store_directory") ||
+           equal_ignore_case(pragma, "data_store_directory") || equal_ignore_case(pragma, "lock_proxy_file");
+}
+
+// Gives a variable a value for the scope.
+template <class T>
+class Scoped {
+public:
+    Scoped(T& variable, T value) : variable_(variable), before_(std::exchange(variable, value)) {}
+
+    ~Scoped() { variable_ = before_; }
+
+    Scoped(const Scoped&) = delete;
+    Scoped& operator=(const Scoped&) = delete;
+
+private:
+    T& variable_;
+    T before_;
+};
 
 // Whether it joins the rows of several SELECTs.
 bool is_compound(std::string_view sql) {
@@ -109,7 +141,8 @@ bool is_row_number_name(std::string_view name) {
 
 SqliteDatabase::SqliteDatabase(const ConnectionString& settings)
     : path_(settings.value("Data Source", "Database")),
-      busy_timeout_(busy_timeout_of(settings)) {
+      busy_timeout_(busy_timeout_of(settings)),
+      allows_many_(allows_many_statements(settings)) {
     if (path_.empty())
         throw Error(kFailed, "The connection string names no Data Source.", std::string(kSource));
     open(settings);
@@ -195,9 +228,10 @@ const Dialect& SqliteDatabase::dialect() const {
     return sqlite_dialect();
 }
 
-std::unique_ptr<Prepared> SqliteDatabase::take(std::string_view sql) {
-    const auto found =
-        std::ranges::find_if(kept_, [sql](const auto& prepared) { return prepared->sql == sql; });
+std::unique_ptr<Prepared> SqliteDatabase::take(std::string_view sql, Reach reach) {
+    const auto found = std::ranges::find_if(kept_, [sql, reach](const auto& prepared) {
+        return prepared->reach == reach && prepared->sql == sql;
+    });
     if (found == kept_.end())
         return nullptr;
     auto prepared = std::move(*found);
@@ -205,27 +239,42 @@ std::unique_ptr<Prepared> SqliteDatabase::take(std::string_view sql) {
     return prepared;
 }
 
-std::unique_ptr<Statement> SqliteDatabase::prepare(std::string_view sql, std::size_t& used) {
-    std::unique_ptr<Prepared> prepared = take(sql);
-    if (!prepared) {
-        if (sql.size() > static_cast<std::size_t>(kMaxSql))
-            fail(SQLITE_TOOBIG);
-        prepared = std::make_unique<Prepared>();
-        prepared->sql = sql;
-        sqlite3_stmt* statement = nullptr;
-        const char* rest = nullptr;
-        const int code = sqlite3_prepare_v2(handle_.get(), prepared->sql.c_str(),
-                                            static_cast<int>(sql.size()), &statement, &rest);
-        prepared->handle.reset(statement);
-        if (code != SQLITE_OK)
-            fail(code);
-        prepared->used = static_cast<std::size_t>(rest - prepared->sql.c_str());
-        describe(*prepared);
-    }
+std::unique_ptr<Prepared> SqliteDatabase::compile(std::string_view sql, Reach reach) {
+    if (sql.size() > static_cast<std::size_t>(kMaxSql))
+        fail(SQLITE_TOOBIG);
+    if (sql.find('\0') != std::string_view::npos) // there SQLite would take the text to end
+        throw Error(kErrorsInCommand, "The SQL text has a character of the code 0.", std::string(kSource));
+    auto prepared = std::make_unique<Prepared>();
+    prepared->sql = sql;
+    prepared->reach = reach;
+    sqlite3_stmt* statement = nullptr;
+    const char* rest = nullptr;
+    refused_ = sets_ = false;
+    const Scoped within(reach_, reach);
+    const int code = sqlite3_prepare_v2(handle_.get(), prepared->sql.c_str(), static_cast<int>(sql.size()),
+                                        &statement, &rest);
+    prepared->handle.reset(statement);
+    if (code != SQLITE_OK)
+        fail(code);
+    prepared->sets = sets_ && equal_ignore_case(SqlWords(sql).next(), "PRAGMA");
+    prepared->used = static_cast<std::size_t>(rest - prepared->sql.c_str());
+    describe(*prepared);
+    return prepared;
+}
+
+std::unique_ptr<Statement> SqliteDatabase::prepare(std::string_view sql, std::size_t& used, Reach reach) {
+    std::unique_ptr<Prepared> prepared = take(sql, reach);
+    if (!prepared)
+        prepared = compile(sql, reach);
     used = prepared->used;
     if (!prepared->handle)
         return nullptr;
     return std::make_unique<SqliteStatement>(*this, std::move(prepared));
+}
+
+std::unique_ptr<Statement> SqliteDatabase::prepare(std::string_view sql) {
+    std::size_t used = 0;
+    return prepare(sql, used, Reach::OwnFile);
 }
 
 void SqliteDatabase::keep(std::unique_ptr<Prepared> prepared) noexcept {
@@ -235,7 +284,7 @@ void SqliteDatabase::keep(std::unique_ptr<Prepared> prepared) noexcept {
             if (contains_ignore_case(prepared->sql, word))
                 return forget_schema();
     }
-    if (prepared->sql.empty())
+    if (prepared->sql.empty() || prepared->sets) // some settings are made when they are prepared
         return;
     kept_.push_front(std::move(prepared));
     if (kept_.size() > kMaxKept)
@@ -248,13 +297,14 @@ void SqliteDatabase::forget_schema() noexcept {
 }
 
 void SqliteDatabase::execute(const char* sql) {
-    std::size_t used = 0;
-    prepare(sql, used)->step();
+    prepare(sql)->step();
 }
 
-bool SqliteDatabase::step(sqlite3_stmt* statement) {
+bool SqliteDatabase::step(const Prepared& prepared) {
+    sqlite3_stmt* const statement = prepared.handle.get();
     ticks_ = 0;
-    timed_out_ = false;
+    timed_out_ = refused_ = false;
+    const Scoped within(reach_, prepared.reach); // VACUUM attaches when it runs
     const int code = sqlite3_step(statement);
     if (code == SQLITE_ROW)
         return true;
@@ -276,6 +326,9 @@ void SqliteDatabase::fail(int code) {
                " seconds (" + text + ").";
     } else if (code == SQLITE_INTERRUPT) {
         text = timed_out_ ? "Timeout expired." : "The page was stopped.";
+    } else if (std::exchange(refused_, false)) {
+        text = "A query attaches no database and writes no other file, as VACUUM would (" + text +
+               "). \"Statements=Many\" in the connection string allows it.";
     } else if (code == SQLITE_SCHEMA) {
         text = "The table was changed since the statement was prepared; open it again.";
     }
@@ -284,8 +337,7 @@ void SqliteDatabase::fail(int code) {
 }
 
 std::int64_t SqliteDatabase::schema_version() {
-    std::size_t used = 0;
-    const auto statement = prepare("PRAGMA schema_version", used);
+    const auto statement = prepare("PRAGMA schema_version");
     return statement->step() ? statement->cell(0).whole : 0;
 }
 
@@ -366,11 +418,9 @@ const SqliteDatabase::KeyColumns& SqliteDatabase::key_of(const std::string& sche
     KeyColumns& key = entry->second;
     if (!added)
         return key;
-    std::size_t used = 0;
     const auto statement =
         prepare("SELECT name, EXISTS (SELECT 1 FROM pragma_index_list(?1, ?2) WHERE origin = 'pk')"
-                " FROM pragma_table_info(?1, ?2) WHERE pk > 0 ORDER BY pk",
-                used);
+                " FROM pragma_table_info(?1, ?2) WHERE pk > 0 ORDER BY pk");
     statement->bind(0, Cell::text(table), type::kVarWChar);
     statement->bind(1, Cell::text(schema), type::kVarWChar);
     while (statement->step()) {
@@ -413,13 +463,25 @@ int SqliteDatabase::on_busy(void* self, int attempt) noexcept {
     return 1;
 }
 
-// Notes what would leave its mark on the next page that gets this handle.
 int SqliteDatabase::on_authorize(void* self, int action, const char* first, const char* second, const char*,
                                  const char*) noexcept {
-    auto& database = *static_cast<SqliteDatabase*>(self);
+    return static_cast<SqliteDatabase*>(self)->authorize(action, first, second);
+}
+
+// Refuses what goes beyond the statement's reach, and notes what would leave its mark on the next page that
+// gets this handle.
+int SqliteDatabase::authorize(int action, const char* first, const char* second) noexcept {
+    const bool sets = action == SQLITE_PRAGMA && second && !only_describes(first);
+    const bool reaches_out =
+        action == SQLITE_ATTACH || action == SQLITE_DETACH || (sets && names_a_place(first));
+    if (reaches_out && reach_ == Reach::OwnFile) {
+        refused_ = true;
+        return SQLITE_DENY;
+    }
+    sets_ |= sets;
     switch (action) {
     case SQLITE_PRAGMA:
-        database.settings_changed_ |= second && !only_describes(first);
+        settings_changed_ |= sets;
         break;
     case SQLITE_ATTACH:
     case SQLITE_DETACH:
@@ -427,7 +489,7 @@ int SqliteDatabase::on_authorize(void* self, int action, const char* first, cons
     case SQLITE_CREATE_TEMP_VIEW:
     case SQLITE_CREATE_TEMP_TRIGGER:
     case SQLITE_CREATE_TEMP_INDEX:
-        database.settings_changed_ = true;
+        settings_changed_ = true;
         break;
     default:
         break;

@@ -20,6 +20,8 @@ struct Prepared {
     };
 
     std::string sql;
+    Reach reach = Reach::AnyFile; // with which it was prepared, and is stepped
+    bool sets = false;            // see Statement::only_sets
     std::size_t used = 0;
     std::unique_ptr<sqlite3_stmt, Finalize> handle;
     std::vector<ColumnInfo> columns;
@@ -33,7 +35,9 @@ public:
     ~SqliteDatabase() override;
 
     const Dialect& dialect() const override;
-    std::unique_ptr<Statement> prepare(std::string_view sql, std::size_t& used) override;
+    std::unique_ptr<Statement> prepare(std::string_view sql, std::size_t& used, Reach reach) override;
+
+    bool allows_many() const noexcept override { return allows_many_; }
 
     void begin() override { execute("BEGIN"); }
 
@@ -54,7 +58,7 @@ public:
     // --- For the statements ------------------------------------------------------------------------
 
     // Steps; true for a row. Raises what went wrong.
-    bool step(sqlite3_stmt* statement);
+    bool step(const Prepared& prepared);
     void keep(std::unique_ptr<Prepared> prepared) noexcept;
     // Raises the error of the last call.
     [[noreturn]] void fail(int code);
@@ -71,7 +75,11 @@ private:
 
     void open(const ConnectionString& settings);
     void execute(const char* sql);
-    std::unique_ptr<Prepared> take(std::string_view sql);
+    std::unique_ptr<Prepared> take(std::string_view sql, Reach reach);
+    std::unique_ptr<Prepared> compile(std::string_view sql, Reach reach);
+    // A statement of this class's own.
+    std::unique_ptr<Statement> prepare(std::string_view sql);
+    int authorize(int action, const char* first, const char* second) noexcept;
     void describe(Prepared& prepared);
     ColumnInfo describe(sqlite3_stmt* statement, int index);
     void describe_base(ColumnInfo& info);
@@ -95,6 +103,10 @@ private:
     std::uint32_t ticks_ = 0; // progress calls within the present step
     bool timed_out_ = false;
     bool settings_changed_ = false;
+    bool allows_many_;
+    Reach reach_ = Reach::AnyFile; // of the statement at work
+    bool sets_ = false;            // it changes a setting
+    bool refused_ = false;         // it went beyond its reach
     std::int64_t known_schema_ = 0;
     std::uint64_t device_ = 0, file_ = 0;
 };

@@ -49,7 +49,7 @@ void SqliteStatement::bind(std::size_t index, const Cell& value, std::int32_t ty
 }
 
 bool SqliteStatement::step() {
-    const bool row = database_.step(handle());
+    const bool row = database_.step(*prepared_);
     // Another connection may have changed the table since the statement was prepared.
     if (row && static_cast<std::size_t>(sqlite3_column_count(handle())) != prepared_->columns.size()) {
         prepared_->sql.clear(); // is not kept

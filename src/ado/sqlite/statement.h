@@ -16,6 +16,8 @@ public:
 
     bool reads_only() const override { return sqlite3_stmt_readonly(handle()) != 0; }
 
+    bool only_sets() const override { return prepared_->sets; }
+
     std::size_t parameters() const override {
         return static_cast<std::size_t>(sqlite3_bind_parameter_count(handle()));
     }
