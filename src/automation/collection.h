@@ -29,6 +29,9 @@ public:
     // By 1-based index; Error 9 outside.
     const Variant& item(std::int32_t index) const { return items_[position(index)].value; }
 
+    // The key of the item at a 1-based index; "" when it has none. Error 9 outside.
+    const std::string& key(std::int32_t index) const { return items_[position(index)].key; }
+
     // The object under a key or index, as T; Error 13 when it is something else.
     template <class T, class Key>
     Ref<T> get(Key key) const {

@@ -10,6 +10,7 @@
 #include "engine/report.h"
 #include "grid/create_grid.h"
 #include "grid/fast_grid.h"
+#include "template/offers.h"
 #include "template/read_template.h"
 #include "web/mail.h"
 #include "web/page_address.h"
@@ -76,6 +77,9 @@ const ClassInfo& Pro::class_info() const {
             field<&Pro::submit_handler>("SubmitHandler"),
             field<&Pro::goto_bookmark>("GotoBookMark"),
             field<&Pro::ado_errors>("ADOErrors"),
+            field<&Pro::trust_values>("TrustValues"),
+            property<&Pro::get_permit, &Pro::set_permit>("Permit"),
+            field<&Pro::filter_columns>("FilterColumns"),
             property<&Pro::admin_email, &Pro::set_admin_email>("AdminEmail"),
             method<&Pro::create_connection>(
                 "CreateConnection", {"ConnectionID", {"ConnectionString", ""}, {"AccessDatabase", ""}}),
@@ -129,6 +133,11 @@ const ClassInfo& Pro::class_info() const {
             method<&Pro::clean_up>("CleanUp"),
         });
     return info;
+}
+
+void Pro::set_permit(const std::string& words) {
+    permitted_changes(words);
+    permit = words;
 }
 
 void Pro::create_connection(std::string& connection_id, std::string& connection_string,
@@ -209,7 +218,10 @@ void Pro::create_fast_grid(std::string& grid_id, std::string& sql, std::string& 
 }
 
 void Pro::create_filter(std::string& source_id, std::string& path, bool display) {
-    guard("CreateFilter", [&] { tabrixdb::create_filter(*this, source_id, path, display); });
+    guard("CreateFilter", [&] {
+        if (tabrixdb::create_filter(*this, source_id, path, display))
+            make_grids_again(*this, source_id);
+    });
 }
 
 Variant Pro::send_email(Variant& from, Variant& to, Variant& subject, Variant& body, std::string& format,

@@ -46,7 +46,7 @@ void DbSource::make_fields() {
         made->name = column.name;
         made->can_be_null = (column.attributes & platform::kFieldIsNullable) != 0;
         made->connection = connection;
-        made->updatable = (column.attributes & platform::kFieldUpdatable) != 0;
+        made->updatable = (column.attributes & platform::kFieldUpdatable) != 0 && !column.numbered;
         fields->add(made, column.name);
     }
 }

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tabrixdb {
 
@@ -25,6 +26,9 @@ public:
     bool dynamic = false;
     bool dynamic_source_open = false;
     std::string dynamic_sql;
+    std::vector<Variant> dynamic_values; // for the marks of parameters in it
+    // A filter that a visitor has posted, until a grid or a filter form that shows its columns takes it up.
+    std::string posted_filter;
     std::string dynamic_connection_id;
     std::int16_t dynamic_cursor_type = 0;
     std::int16_t dynamic_lock_type = 0;

@@ -1,6 +1,6 @@
 #include "data/filter_values.h"
 
-#include "engine/page.h"
+#include "engine/pro.h"
 #include "engine/report.h"
 
 namespace tabrixdb {
@@ -26,12 +26,13 @@ std::string filter_form_values(const DbSource& source) {
         std::string lead, joined;
         for (const platform::Column& column : source.records().columns()) {
             const std::string name = posted_name(column.name);
-            const std::string value = request().value(name);
+            const std::string value = read_control(request(), name);
             if (value.empty())
                 continue;
-            const std::string clause = "[" + column.name + "] " + request().value(name + "_operator") + " " +
+            const std::string clause = "[" + column.name + "] " +
+                                       read_control(request(), name + "_operator") + " " +
                                        quoted(value, column) + " ";
-            if (const std::string connective = request().value(name + "_andor"); connective.empty())
+            if (const std::string connective = read_control(request(), name + "_andor"); connective.empty())
                 lead = clause;
             else
                 joined += " " + connective + " " + clause;

@@ -4,10 +4,12 @@
 #include "automation/operators.h"
 #include "automation/text.h"
 #include "data/filter_values.h"
+#include "data/named_columns.h"
 #include "engine/grid_state.h"
 #include "engine/report.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tabrixdb {
 
@@ -17,8 +19,9 @@ namespace {
 void open(DbSource& source, Pro& pro, const std::string& sql, std::string_view connection_id,
           const SourceOptions& options) {
     source.connection = pro.connections->get<platform::Connection>(connection_id);
-    source.records().open(sql, *source.connection, static_cast<platform::CursorType>(options.cursor_type),
-                          static_cast<platform::LockType>(options.lock_type), options.options);
+    source.records().open_query(sql, source.dynamic_values, *source.connection,
+                                static_cast<platform::CursorType>(options.cursor_type),
+                                static_cast<platform::LockType>(options.lock_type), options.options);
     source.make_fields();
 }
 
@@ -67,19 +70,35 @@ void keep_filter(const std::string& id, const std::string& expression) {
         session().set_value(id + "_showfilter", "");
 }
 
-// The source's command and the filter that it leaves.
-void filter(const DbSource& source, const std::string& id) {
-    const std::string command = request().value(id + "_command");
-    if (command == "filter_source")
-        keep_filter(id, filter_form_values(source));
-    else if (command == "filter_source_clear")
-        keep_filter(id, "");
+// Whether all columns that a filter names may be searched by, as far as it is known yet.
+bool may_filter(const Pro& pro, const DbSource& source, const std::string& id) {
+    const std::string form = GridState(session(), id).text(kFormColumns);
+    return std::ranges::all_of(
+        named_columns(source.posted_filter, source.records().columns()), [&](const std::string& column) {
+            return lists_column(form, column) || lists_column(pro.filter_columns, column);
+        });
+}
+
+void apply_filter(const DbSource& source, const std::string& id) {
     const std::string expression = GridState(session(), id).text("_filterstr");
     if (expression.empty() || page_ended())
         return;
     guard(
         "CreateSource", [&] { source.records().set_filter(expression); },
         post_button(id, "filter_source_clear", "", "Show all records"));
+}
+
+// The source's command and the filter that it leaves.
+void filter(const Pro& pro, DbSource& source, const std::string& id) {
+    const std::string command = read_command_word(request(), id);
+    if (command == "filter_source") {
+        source.posted_filter = filter_form_values(source);
+        if (source.posted_filter.empty() || may_filter(pro, source, id))
+            return take_posted_filter(source, id);
+    } else if (command == "filter_source_clear") {
+        keep_filter(id, "");
+    }
+    apply_filter(source, id);
 }
 
 } // namespace
@@ -92,7 +111,12 @@ void create_source(Pro& pro, const std::string& id, const std::string& sql, cons
     if (pro.bar_graph)
         find_extremes(*source, sql);
     pro.sources->add(source, id);
-    filter(*source, id);
+    filter(pro, *source, id);
+}
+
+void take_posted_filter(DbSource& source, const std::string& id) {
+    keep_filter(id, std::exchange(source.posted_filter, {}));
+    apply_filter(source, id);
 }
 
 void create_dynamic_source(Pro& pro, const std::string& id, const std::string& sql,

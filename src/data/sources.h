@@ -20,6 +20,12 @@ struct SourceOptions {
 // out the filter command posted for it and applies its filter.
 void create_source(Pro& pro, const std::string& id, const std::string& sql, const std::string& connection_id,
                    const SourceOptions& options);
+// In the session, under a source's identifier: the columns that its filter form has, as last shown.
+inline constexpr std::string_view kFormColumns = "_formcolumns";
+
+// Takes up the filter that was posted for a source.
+void take_posted_filter(DbSource& source, const std::string& id);
+
 // Keeps the query only; the recordset is opened for the time that a grid is rendered from it.
 void create_dynamic_source(Pro& pro, const std::string& id, const std::string& sql,
                            const std::string& connection_id, const SourceOptions& options);

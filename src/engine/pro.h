@@ -11,19 +11,30 @@
 
 namespace tabrixdb {
 
-// The command that the browser posted for one grid: `<grid>_command`, `<grid>_params` and the latter split
-// at ";" (part 0 names a grid, part 1 is the action or the sort expression, part 2 the row).
+// The command of a request for one grid: `<grid>_command`, `<grid>_params` and the latter split at ";" (part
+// 0 names a grid, part 1 is the action or the sort expression, part 2 the row).
 struct GridCommand {
     std::string word;
     std::string parameters;
     std::vector<std::string> parts;
+    bool posted = false; // by a form; else the address has it
 
     // Error 9 when there is no such part.
     const std::string& part(std::size_t index) const;
+
+    bool is(std::string_view command, std::string_view action) const {
+        return word == command && parts.size() > 1 && parts[1] == action;
+    }
 };
 
-// Reads it from the request; a grid without a posted command has an empty word.
+// Reads it from the posted form, or where that has none, from the address; never from a cookie. A grid
+// without a command has an empty word.
 GridCommand read_command(platform::Request& request, std::string_view grid);
+// The word alone.
+std::string read_command_word(platform::Request& request, std::string_view grid);
+
+// What the posted form has for a control, or where it has no such control, the address; "" when neither has.
+std::string read_control(platform::Request& request, std::string_view name);
 
 // The engine object: what a page creates once, sets, asks for grids, and cleans up. Keeps the page's
 // settings and its named connections, sources, grids and filter forms for the life of the page. One thread.
@@ -61,6 +72,9 @@ public:
     std::string submit_handler;
     Variant goto_bookmark;
     bool ado_errors = false;
+    bool trust_values = false;  // tags, expressions and SQL that values bring along are the page's
+    std::string permit;         // which changes a grid takes: "": those that it offers; else words for them
+    std::string filter_columns; // by which visitors may sort and filter beside those that a grid shows
 
     // --- What the page has made, each item under the identifier that the page gave it ---
     Ref<Collection> header_footer_tags = make_ref<Collection>(); // two-element arrays (tag, replacement)
@@ -106,6 +120,10 @@ private:
     const std::string& edit_mode() const { return grid_edit_mode; }
 
     void set_edit_mode(const std::string& mode) { grid_edit_mode = chosen_edit_mode = mode; }
+
+    const std::string& get_permit() const { return permit; }
+
+    void set_permit(const std::string& words);
 
     std::string admin_email() const { return thread_texts().admin_email; }
 

@@ -27,6 +27,7 @@ const ClassInfo& DbField::class_info() const {
                 "FilterViewType"),
             field<&DbField::default_value>("Default_value"),
             field<&DbField::item_list>("ItemList"),
+            field<&DbField::open_list>("OpenList"),
             field<&DbField::date_caption>("DateCaption"),
             field<&DbField::check_list>("CheckList"),
             field<&DbField::required>("Required"),

@@ -33,6 +33,7 @@ public:
     std::string name;
     std::string default_value;
     Variant item_list;
+    bool open_list = false; // a script of the page adds to its list, choice or boxes: any value may be posted
     std::string date_caption = "Date";
     Variant check_list;
     std::int16_t required = 0; // 0 no, -1 yes, n: at least n characters

@@ -121,9 +121,17 @@ std::vector<std::string> lookup(const DbField& field, std::string_view query) {
     return items;
 }
 
+// What a query gives is text, in which nothing is HTML or a tag.
+std::vector<std::string> encoded(std::vector<std::string> items) {
+    for (std::string& item : items)
+        item = control_text(item);
+    return items;
+}
+
 std::string select_lookup_view(DbField& field, ViewElements elements) {
     std::string view = "<select name=\"#~field_name~#\" size=" + element_or(elements, 2, "1") + " ";
-    std::vector<std::string> items = given(elements, 3) ? lookup(field, elements[3]) : item_list(field);
+    std::vector<std::string> items =
+        given(elements, 3) ? encoded(lookup(field, elements[3])) : item_list(field);
     for (std::string& item : items)
         if (item.empty())
             item = " ";
@@ -289,6 +297,10 @@ const ViewKind* find_view_kind(ViewElements elements) {
     };
     const auto found = std::ranges::find_if(kKinds, matches);
     return found == kKinds.end() ? nullptr : &*found;
+}
+
+std::string control_text(std::string_view value) {
+    return replace_all(replace_all(html_encode(value), "'", "&#39;"), "#~", "&#35;~");
 }
 
 } // namespace tabrixdb

@@ -29,4 +29,7 @@ struct ViewKind {
 // anything else there gives nullptr.
 const ViewKind* find_view_kind(ViewElements elements);
 
+// A value inside a control's HTML: as text that a browser reads back as it was, and that holds no tag.
+std::string control_text(std::string_view value);
+
 } // namespace tabrixdb

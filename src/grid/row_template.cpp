@@ -27,14 +27,15 @@ std::string_view shown_value(std::string_view value) {
 }
 
 RowTemplate::RowTemplate(std::string text, const std::vector<ColumnTag>& tags, RowContent& content,
-                         bool compiled)
+                         RowFilling filling)
     : text_(std::move(text)),
       tags_(tags),
       content_(content),
-      may_compile_(compiled && text_.find(SlottedText::kMark) == std::string::npos) {
+      trusts_values_(filling.trusts_values),
+      may_compile_(filling.compiled && text_.find(SlottedText::kMark) == std::string::npos) {
     for (std::size_t i = 0; i < tags_.size(); ++i) {
         shown_.push_back(tags_[i].occurs_in(text_));
-        may_compile_ = may_compile_ && (!shown_[i] || content_.is_repeatable(i));
+        may_compile_ = may_compile_ && (!shown_[i] || content_.is_plain(i));
     }
 }
 
@@ -75,34 +76,41 @@ bool RowTemplate::append_compiled(std::string& out, std::int16_t row) const {
         to += std::to_string(row - 1);
         return true;
     });
-    // In a longer row the positions of its tags may pass the 16-bit limit.
-    if (complete && out.size() - start >= kLastPosition) {
+    // In a longer row the positions of tags in values may pass the 16-bit limit.
+    if (complete && trusts_values_ && out.size() - start >= kLastPosition) {
         out.resize(start);
         return false;
     }
     return complete;
 }
 
-// False when the value could take part in a tag.
+// False when the value is trusted and could take part in a tag.
 bool RowTemplate::append_value(std::string& out, std::size_t column, std::int16_t row) const {
     const std::size_t start = out.size();
-    content_.append_value(out, column, row);
+    content_.append_value(out, column, row, nullptr);
     if (is_blank(std::string_view(out).substr(start)))
         out.replace(start, std::string::npos, "&nbsp;");
-    return out.find_first_of("#~", start) == std::string::npos;
+    return !trusts_values_ || out.find_first_of("#~", start) == std::string::npos;
 }
 
-void RowTemplate::append_step_by_step(std::string& out, std::int16_t row) const {
-    std::string text = text_;
+std::string RowTemplate::filled(std::int16_t row, HeldValues& held) const {
+    std::string text = held.hold_marks(text_);
     std::string value;
     for (std::size_t i = 0; i < tags_.size(); ++i) {
         if (!tags_[i].occurs_in(text))
             continue;
         value.clear();
-        content_.append_value(value, i, row);
+        content_.append_value(value, i, row, &held);
         tags_[i].replace_in(text, shown_value(value));
     }
+    return text;
+}
+
+void RowTemplate::append_step_by_step(std::string& out, std::int16_t row) const {
+    HeldValues held(trusts_values_);
+    std::string text = filled(row, held);
     content_.finish(text, row);
+    held.release(text);
     out += text;
 }
 

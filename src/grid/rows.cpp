@@ -13,11 +13,9 @@ class GridRows::Content : public RowContent {
 public:
     explicit Content(GridRows& rows) : rows_(rows) {}
 
-    bool is_repeatable(std::size_t column) const override { return rows_.content_.is_repeatable(column); }
-
 protected:
-    void append_content(std::string& out, std::size_t column, std::int16_t row) {
-        rows_.content_.append(out, column, static_cast<std::int16_t>(row - 1));
+    void append_content(std::string& out, std::size_t column, std::int16_t row, HeldValues* held) {
+        rows_.content_.append(out, column, static_cast<std::int16_t>(row - 1), held);
     }
 
     GridRows& rows_;
@@ -28,8 +26,10 @@ class GridRows::Shown final : public Content {
 public:
     using Content::Content;
 
-    void append_value(std::string& out, std::size_t column, std::int16_t row) override {
-        append_content(out, column, row);
+    bool is_plain(std::size_t column) const override { return rows_.content_.is_plain(column); }
+
+    void append_value(std::string& out, std::size_t column, std::int16_t row, HeldValues* held) override {
+        append_content(out, column, row, held);
     }
 
     void finish(std::string& text, std::int16_t row) override { rows_.finish(text, row, false); }
@@ -40,13 +40,16 @@ class GridRows::Edited final : public Content {
 public:
     using Content::Content;
 
-    void append_value(std::string& out, std::size_t column, std::int16_t row) override {
+    // Controls hold tags of the page.
+    bool is_plain(std::size_t) const override { return false; }
+
+    void append_value(std::string& out, std::size_t column, std::int16_t row, HeldValues* held) override {
         const ColumnValue& value = rows_.content_.value(column);
         ShownValue shown;
         if (!take_typed(shown.plain, column))
             value.append_plain(shown.plain);
         if (shows_content(value.field(), FormMode::Edit))
-            append_content(shown.content, column, row);
+            append_content(shown.content, column, row, held);
         out += parse_view(rows_.buttons_.pro, FormMode::Edit, rows_.source_, value.name(), row, shown);
     }
 
@@ -78,10 +81,10 @@ void GridRows::append(std::string& out, const GridLayout& layout, std::int16_t m
     Shown shown(*this);
     Edited edited(*this);
     // The rows of a fed grid show counters of their record, so each is made by itself.
-    const bool compiled = !feeding_.from_grid;
+    const RowFilling filling{.compiled = !feeding_.from_grid, .trusts_values = buttons_.pro.trust_values};
     RowTemplate templates[2][2] = {
-        {{layout.row, tags_, shown, compiled}, {layout.row, tags_, edited, compiled}},
-        {{layout.stripe, tags_, shown, compiled}, {layout.stripe, tags_, edited, compiled}}};
+        {{layout.row, tags_, shown, filling}, {layout.row, tags_, edited, filling}},
+        {{layout.stripe, tags_, shown, filling}, {layout.stripe, tags_, edited, filling}}};
     platform::Recordset& records = source_.records();
     RowMarker marker(source_);
     for (std::int16_t row = 1; row <= most && !records.eof(); ++row) {
@@ -96,6 +99,16 @@ void GridRows::append(std::string& out, const GridLayout& layout, std::int16_t m
         note_controls(row_template, row, is_edited, validation);
         records.move_next();
     }
+}
+
+std::string GridRows::page_text(const GridLayout& layout) {
+    Shown shown(*this);
+    std::string text;
+    for (const std::string* row : {&layout.row, &layout.stripe}) {
+        HeldValues held(buttons_.pro.trust_values);
+        text += RowTemplate(*row, tags_, shown, {}).filled(1, held);
+    }
+    return text;
 }
 
 void GridRows::mark_row(RowMarker& marker, bool edited) {

@@ -48,6 +48,10 @@ public:
     // and to `validation` the inputs of those rows that have to be filled.
     void append(std::string& out, const GridLayout& layout, std::int16_t most, std::string& validation);
 
+    // The text of the current record's row, by the row template and by the stripe, before its buttons are
+    // filled. What the record brings is left out, as far as it is not the page's.
+    std::string page_text(const GridLayout& layout);
+
 private:
     class Content;
     class Shown;

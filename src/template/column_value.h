@@ -21,6 +21,9 @@ public:
 
     const std::string& name() const { return source_.records().columns()[column_].name; }
 
+    // Whether the source's query has made the value.
+    bool is_computed() const noexcept { return source_.records().columns()[column_].computed; }
+
     // Appends the value as it is displayed: nothing for Null, "[Binary Content]" for long binary data,
     // formatted when the DbField has a Format.
     void append(std::string& out) const;

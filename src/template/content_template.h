@@ -1,7 +1,9 @@
 #pragma once
 
 #include "engine/pro.h"
+#include "template/bound_code.h"
 #include "template/column_value.h"
+#include "template/held_values.h"
 #include "template/nested_grids.h"
 #include "template/slotted_text.h"
 
@@ -17,20 +19,24 @@ namespace tabrixdb {
 // addresses; its blob, its graphs), then one expression, one nested grid, and the page's own address. Names
 // are those of the columns exactly, in any case.
 //
-// The tags of columns are compiled once. A record whose values hold characters of tags, which may make tags
-// of later columns, is filled step by step.
+// What values bring along is text: no tag, no expression, no SQL. Where the page trusts its values
+// (TrustValues), tags in them are tags of the content.
+//
+// The tags of columns are compiled once. With trusted values, a record whose values hold characters of tags,
+// which may make tags of later columns, is filled step by step.
 class ContentTemplate {
 public:
     // `column`: the one that it belongs to. Borrows the others for its own life.
     ContentTemplate(std::string text, std::size_t column, const std::vector<ColumnValue>& values, Pro& pro,
                     NestedGrids& nested);
 
-    // Appends the content for the current record. `row`: 0-based place on the page.
-    void append(std::string& out, std::int16_t row) const;
+    // Appends the content for the current record. `row`: 0-based place on the page. `held`: takes what the
+    // record brings, when tags of the page are filled in the content's text afterwards, too; else nullptr.
+    void append(std::string& out, std::int16_t row, HeldValues* held) const;
 
-    // False when filling it has effects of its own: it has an expression, a nested grid or a blob that is
-    // served.
-    bool is_repeatable() const noexcept;
+    // False when filling it has effects of its own, as an expression, a nested grid or a blob that is served
+    // have; or when it has tags that are filled with the row.
+    bool is_plain() const noexcept;
 
 private:
     // The nested grid of the content: its name, its source and its query, in which the columns' tags are
@@ -38,13 +44,14 @@ private:
     struct Nested {
         std::string grid;
         Ref<DbSource> source;
-        std::string sql;
+        BoundCode query;
     };
 
     SlottedText compile();
-    bool append_compiled(std::string& out) const;
-    std::string fill_columns(Nested& nested) const;
-    void fill_special_tags(std::string& text, const ColumnValue& column) const;
+    bool append_compiled(std::string& out, HeldValues* held) const;
+    void fill(std::string& text, std::int16_t row, HeldValues& held) const;
+    std::string fill_columns(Nested& nested, HeldValues& held) const;
+    void fill_special_tags(std::string& text, const ColumnValue& column, HeldValues& held) const;
     Nested find_nested() const;
     std::string render(Nested& nested, std::int16_t row) const;
 

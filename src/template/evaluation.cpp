@@ -1,15 +1,15 @@
 #include "template/evaluation.h"
 
 #include "automation/conversions.h"
+#include "automation/text.h"
 #include "engine/fill_tag.h"
 #include "engine/report.h"
+#include "template/bound_code.h"
 #include "template/positions.h"
 
 namespace tabrixdb {
 
 namespace {
-
-constexpr std::string_view kEnd = ":eval~#";
 
 platform::ScriptControl& script_of(Pro& pro) {
     if (!pro.script)
@@ -17,19 +17,64 @@ platform::ScriptControl& script_of(Pro& pro) {
     return *pro.script;
 }
 
+// The text of the first evaluation tag at or after `from`, and its place; empty when there is none.
+std::string_view tag_in(std::string_view text, std::size_t from) {
+    const std::size_t start = find_ignore_case(text, kEvaluationTag, from);
+    const std::size_t end = start == kNotFound ? kNotFound : find_ignore_case(text, kEvaluationEnd, start);
+    return end == kNotFound ? std::string_view() : text.substr(start, end + kEvaluationEnd.size() - start);
+}
+
+// With the values in it.
+std::string released(std::string_view text, const HeldValues& held) {
+    std::string out(text);
+    held.release(out);
+    return out;
+}
+
+Variant evaluate(Pro& pro, std::string_view expression, const HeldValues& held) {
+    if (held.trusted())
+        return value_of(script_of(pro).eval(expression));
+    const BoundCode bound = bind_expression(expression, held);
+    return value_of(bound.values.empty() ? script_of(pro).eval(bound.text)
+                                         : script_of(pro).eval_with(bound.text, bound.values));
+}
+
+// Replaces the evaluation tags that are the same, with their values, as `tag` is.
+void fill_repetitions(std::string& text, const std::string& tag, std::string_view result,
+                      const HeldValues& held) {
+    const std::string wanted = released(tag, held);
+    std::size_t at = 0;
+    for (std::string_view other; !(other = tag_in(text, at)).empty();) {
+        at = static_cast<std::size_t>(other.data() - text.data());
+        const std::size_t size = other.size();
+        if (equal_ignore_case(released(other, held), wanted)) {
+            text.replace(at, size, result);
+            at += result.size();
+        } else {
+            at += size;
+        }
+        if (text.size() > kMaxFilledBytes)
+            throw Error(14);
+    }
+}
+
 } // namespace
 
-void parse_evaluation(Pro& pro, std::string& text) {
+void parse_evaluation(Pro& pro, std::string& text, HeldValues& held) {
     guard("Parse_Eval", [&] {
         const std::size_t from = find_short(text, kEvaluationTag);
-        const std::size_t to = from == kNotFound ? kNotFound : find_short(text, kEnd, from);
+        const std::size_t to = from == kNotFound ? kNotFound : find_short(text, kEvaluationEnd, from);
         if (to == kNotFound)
             return;
-        const std::string tag = text.substr(from, to + kEnd.size() - from);
+        const std::string tag = text.substr(from, to + kEvaluationEnd.size() - from);
         const std::string expression =
-            tag.substr(kEvaluationTag.size(), tag.size() - kEvaluationTag.size() - kEnd.size());
-        const Variant value = value_of(script_of(pro).eval(expression));
-        fill_tag(text, tag, value.is_null() ? Text() : to_text(value));
+            tag.substr(kEvaluationTag.size(), tag.size() - kEvaluationTag.size() - kEvaluationEnd.size());
+        const Variant value = evaluate(pro, expression, held);
+        const std::string result = value.is_null() ? std::string() : to_text(value).str();
+        if (held.trusted())
+            fill_tag(text, tag, result);
+        else
+            fill_repetitions(text, tag, held.hold_result(result, expression), held);
     });
 }
 

@@ -5,6 +5,7 @@
 #include "automation/text.h"
 #include "engine/fill_tag.h"
 #include "engine/report.h"
+#include "field/views.h"
 #include "template/evaluation.h"
 
 #include <algorithm>
@@ -17,11 +18,6 @@ namespace {
 constexpr std::string_view kNoView = "NORMAL";
 constexpr std::string_view kValueTag = "#~field_value~#";
 constexpr std::string_view kCheckedTag = "#~checked~#";
-
-// A value inside a control's HTML: as text that a browser reads back as it was, and that holds no tag.
-std::string encoded(std::string_view value) {
-    return replace_all(replace_all(html_encode(value), "'", "&#39;"), "#~", "&#35;~");
-}
 
 // What a control is made for.
 struct Control {
@@ -40,7 +36,7 @@ std::string option(std::string_view text, std::string_view attribute = "") {
 // the empty entry.
 void select_option(std::string& view, const Control& control) {
     const std::string empty = option("");
-    for (const std::string& listed : {encoded(control.value.plain), control.value.plain}) {
+    for (const std::string& listed : {control_text(control.value.plain), control.value.plain}) {
         if (listed.empty() || !contains_ignore_case(view, option(listed)))
             continue;
         fill_tag(view, empty, "");
@@ -48,7 +44,7 @@ void select_option(std::string& view, const Control& control) {
         view.replace(at, option(listed).size(), option(listed, " selected"));
         return;
     }
-    fill_tag(view, empty, option(encoded(control.value.plain), " selected"));
+    fill_tag(view, empty, option(control_text(control.value.plain), " selected"));
 }
 
 // --- Choices and check boxes -----------------------------------------------------------------------------
@@ -78,7 +74,7 @@ bool has_value(std::string_view control, std::string_view value) {
 
 void check_box(std::string& view, const Control& control) {
     const bool checked =
-        has_value(view, control.value.plain) || has_value(view, encoded(control.value.plain));
+        has_value(view, control.value.plain) || has_value(view, control_text(control.value.plain));
     fill_tag(view, kCheckedTag, checked ? "checked" : "");
 }
 
@@ -144,9 +140,9 @@ void check_from_field(std::string& view, const Control& control) {
         const std::vector<std::string_view> parts = split(item, '~');
         const std::string_view value = parts.empty() ? std::string_view() : trimmed(parts[0]);
         std::string made = shapes[0];
-        fill_tag(made, kValueTag, encoded(value));
+        fill_tag(made, kValueTag, control_text(value));
         fill_tag(made, kCheckedTag, chosen.has(value) ? "checked" : "");
-        view += made + encoded(parts.size() > 1 ? parts[1] : value);
+        view += made + control_text(parts.size() > 1 ? parts[1] : value);
     }
 }
 
@@ -157,8 +153,8 @@ void fill_value(std::string& view, const Control& control) {
     // A browser drops the line break that a text area begins with.
     const bool begins_broken = value.starts_with('\n') || value.starts_with('\r');
     if (begins_broken && contains_ignore_case(view, "<textarea"))
-        return fill_tag(view, kValueTag, "\r\n" + encoded(value));
-    fill_tag(view, kValueTag, encoded(value));
+        return fill_tag(view, kValueTag, "\r\n" + control_text(value));
+    fill_tag(view, kValueTag, control_text(value));
 }
 
 // The link text of an upload into the database, which may be an image.
@@ -218,7 +214,8 @@ std::string parse_view(Pro& pro, FormMode mode, const DbSource& source, std::str
         std::string view = field.view(mode);
         const std::string kind = field.view_kind(mode);
         if (contains_ignore_case(view, kEvaluationTag)) {
-            parse_evaluation(pro, view);
+            HeldValues none(true); // a view is the page's text alone
+            parse_evaluation(pro, view, none);
             field.keep_view(mode, view); // later rows start from here
         }
         if (view == kNoView)

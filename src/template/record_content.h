@@ -25,16 +25,24 @@ public:
 
     const ColumnValue& value(std::size_t column) const { return values_[column]; }
 
-    // False for a column whose content has effects of its own (an expression, a nested grid).
-    bool is_repeatable(std::size_t column) const {
-        return !templates_[column] || templates_[column]->is_repeatable();
+    // False for a column whose content has effects of its own (an expression, a nested grid), or that may
+    // bring tags of the page, which are filled with the row.
+    bool is_plain(std::size_t column) const {
+        return templates_[column] ? templates_[column]->is_plain() : !brings_buttons(column);
     }
 
-    // Appends what the current record shows in that column. `row`: 0-based place on the page. A failure is
-    // reported as "ParseContent".
-    void append(std::string& out, std::size_t column, std::int16_t row);
+    // Appends what the current record shows in that column. `row`: 0-based place on the page. `held`: takes
+    // what the record brings, if the text is filled further; else nullptr. A failure is reported as
+    // "ParseContent".
+    void append(std::string& out, std::size_t column, std::int16_t row, HeldValues* held);
 
 private:
+    // Whether the source's query may have made buttons that are the page's.
+    bool brings_buttons(std::size_t column) const { return !query_.empty() && values_[column].is_computed(); }
+
+    void append_plain(std::string& out, std::size_t column, HeldValues* held) const;
+
+    std::string query_; // of the source, when it has buttons in it
     std::vector<ColumnValue> values_;
     std::vector<std::optional<ContentTemplate>> templates_;
 };

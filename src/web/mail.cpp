@@ -1,27 +1,56 @@
 #include "web/mail.h"
 
+#include "automation/error.h"
 #include "automation/text.h"
 #include "web/page_address.h"
+
+#include <algorithm>
 
 namespace tabrixdb {
 
 namespace {
 
-// Values may hold tags that are filled in their turn.
+// A value may be long, and its tag may stand there often.
 constexpr std::size_t kMaxBytes = std::size_t{16} * 1024 * 1024;
 
-void fill(std::string& text, platform::Recordset& records) {
-    for (std::size_t i = 0; i < records.columns().size(); ++i) {
-        const std::string& name = records.columns()[i].name;
-        for (const std::string& tag : {"#~" + name + "~#", "#~[" + name + "]~#"}) {
-            // The tag of a Null stays, so that the gap is seen.
-            if (!contains_ignore_case(text, tag) || records.value(i).is_null())
-                continue;
-            std::string value;
-            records.append_value(i, value);
-            text = replace_ignore_case(text, tag, value, kMaxBytes);
+// The tag of a column that begins a text: "#~name~#" or "#~[name]~#" in any case; "" when it begins with
+// another text.
+std::string_view tag_at(std::string_view text, const std::string& column) {
+    for (const std::string& tag : {"#~" + column + "~#", "#~[" + column + "]~#"})
+        if (equal_ignore_case(text.substr(0, tag.size()), tag))
+            return text.substr(0, tag.size());
+    return {};
+}
+
+// Appends the value of the column whose tag begins a text, and gives the tag's length; 0 when none does. The
+// tag of a Null stays, so that the gap is seen.
+std::size_t append_value(std::string& out, std::string_view text, platform::Recordset& records) {
+    for (std::size_t i = 0; i < records.columns().size(); ++i)
+        if (const std::string_view tag = tag_at(text, records.columns()[i].name); !tag.empty()) {
+            if (records.value(i).is_null())
+                out += tag;
+            else
+                records.append_value(i, out);
+            return tag.size();
         }
+    return 0;
+}
+
+// Goes through the text once: what a value brings along is no tag.
+void fill(std::string& text, platform::Recordset& records) {
+    constexpr std::string_view kStart = "#~";
+    std::string out;
+    std::size_t at = 0;
+    for (std::size_t start; (start = text.find(kStart, at)) != std::string::npos;) {
+        out.append(text, at, start - at);
+        const std::size_t tag = append_value(out, std::string_view(text).substr(start), records);
+        if (tag == 0)
+            out += kStart;
+        if (out.size() > kMaxBytes)
+            throw Error(14);
+        at = start + std::max(tag, kStart.size());
     }
+    text = out.append(text, at);
 }
 
 std::string base_tag(platform::Request& request, std::string_view relative_path) {

@@ -1,6 +1,7 @@
 <!-- #include file="connect.inc" --><%
 ' Shows what the Content of the column `id` becomes in the rows of `of`.
 Dim sql
+db.TrustValues = (Request("trust") <> "")
 sql = Request("sql")
 If sql = "" Then sql = "select id, name, ""Unit Price"", made, note, picture from items where id <= 2"
 db.CreateSource "items", sql, "shop"

@@ -1,5 +1,7 @@
 <!-- #include file="connect.inc" --><%
-' Random contents over records full of tags and pieces of tags, beside a model: one replacement after another.
+' Random contents over records full of tags and pieces of tags, beside a model: one replacement after another. Values are text,
+' which the model puts in at the end, for words that no tag can hold; or with `trust` they may hold tags themselves.
+db.TrustValues = (Request("trust") <> "")
 Rnd -1
 Randomize 20260305
 
@@ -27,15 +29,27 @@ For row = 1 To 12
 Next
 db.CreateSource "s", "select column2 as a, column3 as a_b, column4 as ""Größe"", column5 as ""Unit Price"", column6 as z from (select 0 as column1, 0 as column2, 0 as column3, 0 as column4, 0 as column5, 0 as column6" & sql & ") where column1 > 0", "shop"
 
+Function Held(i)
+    Held = db.Source("s").RecordSet(names(i)).Value
+End Function
+
 Function Model(content)
-    Dim i, value
+    Dim i, plain, encoded
     Model = content
     For i = 0 To 4
-        value = db.Source("s").RecordSet(names(i)).Value
-        If InStr(1, Model, "#~" & names(i) & "~#", 1) > 0 Then
-            Model = Replace(Model, "#~" & names(i) & "~#", value, 1, -1, 1)
-            Model = Replace(Model, "$~" & names(i) & "~$", Server.URLEncode(value), 1, -1, 1)
+        plain = "QZ" & i & "QZ"
+        encoded = "QX" & i & "QX"
+        If db.TrustValues Then
+            plain = Held(i)
+            encoded = Server.URLEncode(plain)
         End If
+        If InStr(1, Model, "#~" & names(i) & "~#", 1) > 0 Then
+            Model = Replace(Model, "#~" & names(i) & "~#", plain, 1, -1, 1)
+            Model = Replace(Model, "$~" & names(i) & "~$", encoded, 1, -1, 1)
+        End If
+    Next
+    For i = 0 To 4
+        Model = Replace(Replace(Model, "QZ" & i & "QZ", Held(i)), "QX" & i & "QX", Server.URLEncode(Held(i)))
     Next
     If Trim(Model) = "" Then Model = "&nbsp;"
     Model = "[" & Model & "]"
