@@ -5,6 +5,8 @@
 #include "engine/grid_state.h"
 #include "engine/pro.h"
 
+#include <functional>
+
 namespace tabrixdb {
 
 // One grid's request to change records. Borrowed for the time of the change.
@@ -17,6 +19,9 @@ struct Edit {
     // The recordset stands on the page's first record already; otherwise the session says where the page
     // begins.
     bool positioned = false;
+    // Called with the recordset on the record that is to be changed: raises the Refusal of a record that may
+    // not be. May be empty.
+    std::function<void()> check = {};
 
     platform::Recordset& records() const { return source.records(); }
 };

@@ -1,11 +1,13 @@
 #include "editing/filter_form.h"
 
 #include "automation/text.h"
-#include "data/db_source.h"
+#include "data/named_columns.h"
+#include "data/sources.h"
 #include "engine/fill_tag.h"
 #include "engine/grid_state.h"
 #include "engine/report.h"
 #include "template/parse_view.h"
+#include "template/read_template.h"
 
 namespace tabrixdb {
 
@@ -37,6 +39,48 @@ void fill_column(std::string& text, Pro& pro, const DbSource& source, const plat
     fill_tag(text, tag + "_andor~#", replace_all(kConnectives, "andor", name + "_andor"));
 }
 
+// Whether a form has something of a column: a tag, or an input that the page wrote itself.
+bool has_column(std::string_view text, const std::string& column) {
+    for (const std::string_view part : {"_label~#", "_operator~#", "_value~#", "_andor~#"})
+        if (contains_ignore_case(text, "#~" + column + std::string(part)))
+            return true;
+    const std::string name = posted_name(column);
+    for (const std::string& input : {"\"" + name + "\"", "'" + name + "'", name + " ", name + ">"})
+        if (contains_ignore_case(text, "name=" + input))
+            return true;
+    return false;
+}
+
+std::string columns_of(std::string_view text, const std::vector<platform::Column>& columns) {
+    std::string list;
+    for (const platform::Column& column : columns)
+        if (has_column(text, column.name))
+            list += (list.empty() ? "" : ",") + column.name;
+    return list;
+}
+
+// Takes up a posted filter that only this form can say to be allowed.
+bool take_filter(const Pro& pro, const std::string& id, std::string_view template_path) {
+    if (!pro.sources->contains(id))
+        return false;
+    const Ref<DbSource> source = pro.sources->get<DbSource>(id);
+    if (source->posted_filter.empty())
+        return false;
+    const auto& columns = source->records().columns();
+    const std::string listed = columns_of(read_template(template_path, true), columns);
+    for (const std::string& column : named_columns(source->posted_filter, columns))
+        if (!lists_column(listed, column) && !lists_column(pro.filter_columns, column)) {
+            platform::Host::current().log(
+                request().server_variable("URL") + ": the filter form of " + id +
+                " does not have the column " + column +
+                ". If visitors may filter by it, set FilterColumns before CreateSource.");
+            source->posted_filter.clear();
+            return false;
+        }
+    take_posted_filter(*source, id);
+    return true;
+}
+
 void fill_buttons(std::string& text, const std::string& id) {
     const auto call = [&](std::string_view command) {
         return "javascript:filter_source('" + id + "','" + std::string(command) + "')";
@@ -58,25 +102,28 @@ std::string framed(const std::string& text, const std::string& id, const std::st
 
 } // namespace
 
-void create_filter(Pro& pro, const std::string& source_id, std::string& template_path, bool display) {
+bool create_filter(Pro& pro, const std::string& source_id, std::string& template_path, bool display) {
     GridState state(session(), source_id);
     state.set("_filterdisplay", display);
+    const bool taken = take_filter(pro, source_id, template_path);
     std::string text;
-    if (display || !state.blank("_showfilter")) {
+    if (!page_ended() && (display || !state.blank("_showfilter"))) {
         const Ref<DbSource> source = pro.sources->get<DbSource>(source_id);
         const auto& columns = source->records().columns();
         text = pro.read_template(template_path, true, false);
         if (text.empty() || page_ended())
-            return;
+            return taken;
+        state.set(kFormColumns, columns_of(text, columns));
         for (const platform::Column& column : columns) {
             fill_column(text, pro, *source, column);
             if (page_ended())
-                return;
+                return taken;
         }
         fill_buttons(text, source_id);
         text = framed(text, source_id, pro.buttons_goto_anchor);
     }
     pro.filter_forms->add(Variant(text), source_id);
+    return taken;
 }
 
 } // namespace tabrixdb

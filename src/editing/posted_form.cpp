@@ -1,6 +1,7 @@
 #include "editing/posted_form.h"
 
 #include "automation/text.h"
+#include "editing/offered_values.h"
 #include "engine/page.h"
 #include "template/parse_view.h"
 
@@ -26,21 +27,6 @@ std::string with_breaks(std::string_view text, std::string_view line_break) {
         else
             out += text[i];
     }
-    return out;
-}
-
-// The text of an option as a browser reads it: blanks at the ends go, those within count as one.
-std::string collapsed(std::string_view text) {
-    std::string out;
-    for (const char c : text) {
-        const bool blank = c == ' ' || c == '\t' || c == '\r' || c == '\n';
-        if (!blank)
-            out += c;
-        else if (!out.empty() && out.back() != ' ')
-            out += ' ';
-    }
-    while (out.ends_with(' '))
-        out.pop_back();
     return out;
 }
 
@@ -88,7 +74,7 @@ std::optional<std::string> PostedForm::value(std::size_t column, std::int16_t ro
     if (shown_.is_posted() && !names_.contains(posted_name(field.name, row)) &&
         !(is_check_kind(field.view_kind(mode_)) && shown_.has_control(column)))
         return std::nullopt;
-    std::string value = field.request_value(row);
+    std::string value = request().form_value(posted_name(field.name, row)).value_or("");
     // An upload control posts nothing until a file was chosen.
     const bool upload = is_database_upload(field.view_kind(mode_)) || field.view_kind(mode_) == "UPLOADIMAGE";
     if (upload && value.empty() && shown_.is_posted())
@@ -108,8 +94,10 @@ bool PostedForm::has_row(std::int16_t row) const {
 }
 
 bool PostedForm::is_unchanged(std::size_t column, std::string_view posted) const {
-    if (!shown_.is_posted())
-        return false;
+    return shown_.is_posted() && is_value(column, posted);
+}
+
+bool PostedForm::is_value(std::size_t column, std::string_view posted) const {
     const DbField& field = source_.field_of(source_.records().columns()[column].name);
     const std::string& kind = field.view_kind(mode_);
     std::string shown;

@@ -33,7 +33,10 @@ public:
     // Whether anything was posted for a row.
     bool has_row(std::int16_t row) const;
 
-    // Whether a posted value is what the control showed for the current record.
+    // Whether a posted value is what the control shows for the current record.
+    bool is_value(std::size_t column, std::string_view posted) const;
+
+    // The same where the form says what it had shown.
     bool is_unchanged(std::size_t column, std::string_view posted) const;
 
 private:

@@ -2,6 +2,7 @@
 
 #include "automation/text.h"
 #include "blob/copy.h"
+#include "editing/offered_values.h"
 #include "editing/refusal.h"
 #include "engine/page.h"
 #include "engine/report.h"
@@ -54,6 +55,12 @@ std::string meant_value(const Edit& edit, const PostedForm& form, const platform
     return posted;
 }
 
+// What was typed, for a form that is not shown again with it.
+std::string typed_by_place(const Edit& edit, const PostedForm& form, std::int16_t row) {
+    const std::string typed = edit.shown.is_posted() ? std::string() : typed_values(edit.source, form, row);
+    return typed.empty() ? "" : " What you had typed:" + typed;
+}
+
 // Gives a field the file that an upload has left under that name.
 void take_upload(const Edit& edit, const DbField& field, const std::string& file) {
     try {
@@ -68,7 +75,34 @@ void take_upload(const Edit& edit, const DbField& field, const std::string& file
     }
 }
 
+// What can't be written: what the query has made, keys that the database numbers, sources that are only read;
+// unless the page says that it can.
+bool is_writable(const platform::Column& column, const DbField& field) {
+    return field.updatable || ((column.attributes & platform::kFieldUpdatable) != 0 && !column.numbered);
+}
+
+// What a form for a new record proposes, or leaves to the database.
+bool is_proposed(const DbField& field, std::string_view posted) {
+    return posted.empty() || collapsed(posted) == collapsed(field.default_value);
+}
+
 } // namespace
+
+void check_posted_values(const Edit& edit, const PostedForm& form, std::int16_t row) {
+    const auto& columns = edit.records().columns();
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        const DbField& field = edit.source.field_of(columns[i].name);
+        const std::optional<std::string> posted = form.value(i, row);
+        if (!posted ||
+            (form.mode() == FormMode::Add ? is_proposed(field, *posted) : form.is_value(i, *posted)))
+            continue;
+        if (!is_writable(columns[i], field))
+            throw bad_value(field, "This value can not be changed.", typed_by_place(edit, form, row));
+        if (!field.open_list && !is_offered(edit.source, field, form.mode(), *posted))
+            throw bad_value(field, "\"" + *posted + "\" is not among what is offered.",
+                            typed_by_place(edit, form, row));
+    }
+}
 
 bool assign_values(const Edit& edit, const PostedForm& form, std::int16_t row, std::string_view label) {
     const auto& columns = edit.records().columns();
@@ -77,7 +111,8 @@ bool assign_values(const Edit& edit, const PostedForm& form, std::int16_t row, s
         if (edit.shown.is_posted() && field.view(form.mode()) == "NORMAL" && form.has_value(i, row))
             throw unknown_control(field);
         std::optional<std::string> posted = form.value(i, row);
-        if (!posted || (form.mode() == FormMode::Edit && form.is_unchanged(i, *posted)))
+        if (!posted || (form.mode() == FormMode::Edit && form.is_unchanged(i, *posted)) ||
+            !is_writable(columns[i], field))
             continue;
         const bool upload = is_database_upload(field.view_kind(form.mode()));
         const std::string value =

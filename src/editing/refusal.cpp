@@ -26,13 +26,13 @@ std::string list_of(const DbSource& source, const PostedForm& form, std::int16_t
     return items.empty() ? "" : "<ul>" + items + "</ul>";
 }
 
+} // namespace
+
 std::string typed_values(const DbSource& source, const PostedForm& form, std::int16_t row) {
     return list_of(source, form, row, [](std::size_t, const DbField& field, const std::string& posted) {
         return item(field, posted);
     });
 }
-
-} // namespace
 
 Refusal changed_meanwhile(const DbSource& source, const PostedForm& form, std::int16_t row,
                           std::string_view done) {
@@ -66,8 +66,9 @@ Refusal unknown_control(const DbField& field) {
                        caption_of(field) + " can't be saved by it."};
 }
 
-Refusal bad_value(const DbField& field, std::string_view why) {
-    return {.message = "Nothing was saved. " + caption_of(field) + ": " + html_encode(why)};
+Refusal bad_value(const DbField& field, std::string_view why, std::string_view more) {
+    return {.message =
+                "Nothing was saved. " + caption_of(field) + ": " + html_encode(why) + std::string(more)};
 }
 
 Refusal not_written(std::string_view why, std::string_view done) {

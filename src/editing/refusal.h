@@ -24,8 +24,10 @@ Refusal changed_meanwhile(const DbSource& source, const PostedForm& form, std::i
 // The record that a row showed is not there any more, or not among those of this grid: says what was typed
 // for it.
 Refusal gone_meanwhile(const DbSource& source, const PostedForm& form, std::int16_t row);
-// A value that its column does not take: why.
-Refusal bad_value(const DbField& field, std::string_view why);
+// A value that its column does not take: why. `more`: HTML behind it.
+Refusal bad_value(const DbField& field, std::string_view why, std::string_view more = "");
+// The values that were posted for a row, as a list; "" when there are none. HTML.
+std::string typed_values(const DbSource& source, const PostedForm& form, std::int16_t row);
 // What was typed for a row whose record stands on another page now. HTML; "" when nothing was.
 std::string typed_elsewhere(const DbSource& source, const PostedForm& form, std::int16_t row);
 // The form had a control that this page does not know.

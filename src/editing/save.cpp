@@ -101,6 +101,7 @@ void go_to_row(const Edit& edit, std::int16_t index) {
 }
 
 void save_row(const Edit& edit, const PostedForm& form, std::int16_t row) {
+    check_posted_values(edit, form, row);
     if (!assign_values(edit, form, row, "Update Row"))
         return;
     write(edit, [&] { edit.records().update(); });
@@ -119,6 +120,7 @@ void give_up(const Edit& edit, platform::Connection& connection) {
 }
 
 void write_row(const Edit& edit, const PostedForm& form, std::int16_t row) {
+    check_posted_values(edit, form, row);
     if (assign_values(edit, form, row, "Update Grid"))
         write(edit, [&] { edit.records().update(); });
 }
@@ -163,6 +165,18 @@ void save_page(const Edit& edit, std::int16_t rows) {
         edit.records().requery();
 }
 
+// Brings the recordset to the record by which the form for a new one stood, where one of its controls has
+// taken its items from that.
+void stand_by_form(const Edit& edit) {
+    const auto takes_items = [&](const platform::Column& column) {
+        return edit.source.field_of(column.name).view_kind(FormMode::Add).ends_with("_FROMFIELD");
+    };
+    platform::Recordset& records = edit.records();
+    if (std::ranges::any_of(records.columns(), takes_items) && edit.state.number("_CurrentPage") > 0 &&
+        !records.is_empty())
+        go_to_row(edit, 0);
+}
+
 } // namespace
 
 EditResult add_record(const Edit& edit) {
@@ -172,6 +186,8 @@ EditResult add_record(const Edit& edit) {
         platform::Recordset& records = edit.records();
         return carry_out(edit, [&] {
             const PostedForm form(edit.source, edit.shown, FormMode::Add);
+            stand_by_form(edit);
+            check_posted_values(edit, form, 0);
             records.add_new();
             if (!assign_values(edit, form, 0, "AddNewRecord"))
                 return;
@@ -202,6 +218,8 @@ EditResult update_row(const Edit& edit) {
             const PostedForm form(edit.source, edit.shown, FormMode::Edit);
             go_to_row(edit, index);
             stand_on_shown(edit, form, row);
+            if (edit.check)
+                edit.check();
             saves ? save_row(edit, form, row) : remove_record(edit);
         });
     });
@@ -231,6 +249,8 @@ EditResult update_grid(const Edit& edit, std::int16_t rows, std::int16_t selecte
             const PostedForm form(edit.source, edit.shown, FormMode::Edit);
             go_to_row(edit, to_short(selected - 1));
             stand_on_shown(edit, form, selected);
+            if (edit.check)
+                edit.check();
             remove_record(edit);
         });
     });

@@ -81,7 +81,7 @@ RowMark RowMarker::mark() {
 
 ShownRows ShownRows::posted(const std::string& grid) {
     ShownRows shown;
-    const std::string field = request().value(grid + std::string(kField));
+    const std::string field = request().form_value(grid + std::string(kField)).value_or("");
     if (field.empty())
         return shown;
     shown.posted_ = true;
@@ -118,7 +118,7 @@ std::int16_t ShownRows::row_of(std::uint64_t key) const noexcept {
     return found == rows_.end() ? std::int16_t{0} : static_cast<std::int16_t>(found - rows_.begin() + 1);
 }
 
-std::string ShownRows::html(const std::string& grid) const {
+std::string ShownRows::text() const {
     std::string value = std::to_string(selected_);
     for (std::size_t i = 0; i < controls_.size(); ++i)
         if (controls_[i])
@@ -128,8 +128,12 @@ std::string ShownRows::html(const std::string& grid) const {
         value += "|" + (spoiled ? "" : row.bookmark) + "," + hexadecimal(row.key) + "," +
                  hexadecimal(row.values) + (row.edited ? ",e" : "");
     }
+    return value;
+}
+
+std::string ShownRows::html(const std::string& grid) const {
     return "<input type=\"hidden\" name=\"" + grid + std::string(kField) + "\" value=\"" +
-           html_encode(value) + "\">\r\n";
+           html_encode(text()) + "\">\r\n";
 }
 
 } // namespace tabrixdb

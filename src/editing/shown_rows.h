@@ -66,6 +66,8 @@ public:
 
     std::int16_t selected() const noexcept { return selected_; }
 
+    // What the hidden field holds.
+    std::string text() const;
     // The hidden field.
     std::string html(const std::string& grid) const;
 

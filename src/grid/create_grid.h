@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace tabrixdb {
 
@@ -25,5 +26,11 @@ struct GridRequest {
 // Carries out the grid's posted command, renders one page of records, and keeps the HTML in pro.grids under
 // the grid's identifier. Failures are reported; errors of its own are raised to the caller.
 void create_grid(Pro& pro, GridRequest grid);
+
+// Makes a grid of the page once more, as it was made, from what its source holds now. Error 5 when there is
+// none of that name.
+void make_grid_again(Pro& pro, const std::string& id);
+// All that were made of a source.
+void make_grids_again(Pro& pro, std::string_view source);
 
 } // namespace tabrixdb

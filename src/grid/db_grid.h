@@ -1,6 +1,7 @@
 #pragma once
 
 #include "automation/object.h"
+#include "editing/save.h"
 
 #include <string>
 
@@ -28,6 +29,9 @@ public:
     // What it takes to make it again, and pages do not see.
     std::string fed_by; // the grid whose source it shares; "": it has its own
     bool single_template = false;
+    bool made = false; // else a page has added it as a shape for others
+    std::string permit;
+    EditResult edited; // what came of its command in this request
 };
 
 } // namespace tabrixdb

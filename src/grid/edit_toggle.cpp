@@ -6,7 +6,7 @@
 namespace tabrixdb {
 
 void process_edit_form_toggle(Pro& pro, std::string& row_template, const std::string& header_template,
-                              const std::string& footer_template, const std::string& grid) {
+                              const std::string& footer_template, const std::string& grid, bool repeated) {
     guard("Process Edit Form Toggle - " + grid, [&] {
         if (row_template.empty() || !pro.single_grid_template || header_template.empty())
             return;
@@ -16,7 +16,7 @@ void process_edit_form_toggle(Pro& pro, std::string& row_template, const std::st
         if (command.word == "form_mode" || command.word == "grid_mode")
             state.set(kMode, "");
         const std::string edit = command.word == "edit_source" ? command.part(1) : std::string();
-        if (edit == "edit")
+        if (edit == "edit" && !repeated)
             state.set(kMode, state.text(kMode) == "Edit" ? "" : "Edit");
         if (state.text(kMode) == "Edit") {
             pro.grid_edit_mode = "GRID";

@@ -29,10 +29,10 @@ void GridRenderer::run() {
     for (const Step step :
          {&GridRenderer::toggle_edit_form, &GridRenderer::find_source_grid, &GridRenderer::carry_selection,
           &GridRenderer::read_grid_command, &GridRenderer::find_source, &GridRenderer::sort_and_filter,
-          &GridRenderer::read_templates, &GridRenderer::add_record, &GridRenderer::edit_row_of_page,
-          &GridRenderer::page, &GridRenderer::edit_positioned, &GridRenderer::write_download,
-          &GridRenderer::render, &GridRenderer::select_row, &GridRenderer::switch_grid_mode,
-          &GridRenderer::store}) {
+          &GridRenderer::read_templates, &GridRenderer::judge_change, &GridRenderer::add_record,
+          &GridRenderer::edit_row_of_page, &GridRenderer::page, &GridRenderer::edit_positioned,
+          &GridRenderer::write_download, &GridRenderer::render, &GridRenderer::select_row,
+          &GridRenderer::switch_grid_mode, &GridRenderer::store}) {
         (this->*step)();
         if (page_ended())
             return;
@@ -43,12 +43,12 @@ void GridRenderer::toggle_edit_form() {
     pro_.trace("Declare Variables in Grid");
     pro_.trace("Grid Start");
     list_template_ = grid_.row_template;
+    repeated_ = !request().claim("grid " + fold(grid_.grid_id));
     // The toggle itself knows no way out of the edit template but "edit" once more.
-    if (const GridCommand command = read_command(request(), grid_.grid_id);
-        command.word == "edit_source" && command.parts.size() > 1 && command.parts[1] == "cancel")
+    if (read_command(request(), grid_.grid_id).is("edit_source", "cancel"))
         state_.set("_mode", "");
     process_edit_form_toggle(pro_, grid_.row_template, grid_.header_template, grid_.footer_template,
-                             grid_.grid_id);
+                             grid_.grid_id, repeated_);
     pro_.trace("Process_EditFormToggle Called");
 }
 
@@ -101,7 +101,9 @@ void GridRenderer::sort_and_filter() {
     process_sort_logic(command_, grid_.grid_id);
     if (page_ended())
         return;
-    process_filter_logic(command_, grid_.grid_id, grid_.source_id);
+    judge_sort();
+    if (takes_posted_filter())
+        process_filter_logic(command_, grid_.grid_id, grid_.source_id);
     if (page_ended())
         return;
     pro_.trace("Sort & filter Logic Called");
@@ -190,15 +192,17 @@ void GridRenderer::stand_on_a_record() {
 }
 
 void GridRenderer::page() {
+    const GridCommand none;
+    const GridCommand& turn = repeated_ ? none : command_;
     if (grid_.from_grid) {
-        process_page_logic_for_form(pro_, command_, source_state_->grid(), records(), grid_.grid_mode,
+        process_page_logic_for_form(pro_, turn, source_state_->grid(), records(), grid_.grid_mode,
                                     grid_.grid_id);
         if (page_ended())
             return;
         stand_on_a_record();
         rows_ = grid_.rows;
     } else {
-        process_page_logic(command_, state_, records(), grid_.rows, grid_.increment);
+        process_page_logic(turn, state_, records(), grid_.rows, grid_.increment);
         if (page_ended())
             return;
         // ROW deliberately bounds only the first display: afterwards the page size has what the user chose.
@@ -228,7 +232,7 @@ void GridRenderer::switch_grid_mode() {
     constexpr std::string_view kGridMode = "_gridmode";
     if (state_.blank(kGridMode))
         state_.set(kGridMode, true);
-    const std::string acted = request().value(source_state_->grid() + "_command");
+    const std::string acted = read_command_word(request(), source_state_->grid());
     if (acted == "form_mode" || acted == "grid_offset")
         state_.set(kGridMode, false);
     if (command_.word == "grid_mode")
@@ -253,6 +257,9 @@ void GridRenderer::store() {
     stored->sort_order = state_.text("_Sort");
     stored->fed_by = grid_.from_grid ? source_state_->grid() : "";
     stored->single_template = pro_.single_grid_template;
+    stored->made = true;
+    stored->permit = pro_.permit;
+    stored->edited = edited_;
     if (opens_source_)
         close_dynamic_source(pro_, grid_.source_id);
 }

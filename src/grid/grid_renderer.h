@@ -1,9 +1,11 @@
 #pragma once
 
 #include "data/db_source.h"
+#include "editing/change_request.h"
 #include "editing/save.h"
 #include "engine/grid_state.h"
 #include "grid/create_grid.h"
+#include "grid/grid_text.h"
 #include "grid/layout.h"
 #include "grid/rows.h"
 #include "template/buttons.h"
@@ -33,6 +35,7 @@ private:
     void find_source();
     void sort_and_filter();
     void read_templates();
+    void judge_change();
     void add_record();
     void edit_row_of_page();
     void page();
@@ -51,8 +54,22 @@ private:
 
     void stand_on_a_record();
 
+    // --- What a visitor may do (grid_renderer_permission.cpp) ---
+    enum class Permission : unsigned char { Granted, ByRecord, Denied };
+
+    const GridText& text();
+    Permission permission(Change change);
+    void deny(Change change);
+    void check_record(Change change);
+    void judge_sort();
+    std::string hidden_column(std::string_view expression);
+    bool may_name(std::string_view expression);
+    bool takes_posted_filter();
+    std::string question() const;
+
     // --- Editing (grid_renderer_editing.cpp) ---
-    bool commands(std::string_view word, std::string_view action) const;
+    bool commands(std::string_view word, std::string_view action) const { return command_.is(word, action); }
+
     Edit edit(bool positioned);
     void read_controls_of(std::string path);
     void edit_row(bool positioned);
@@ -72,7 +89,7 @@ private:
     void render_rows(bool guarded);
     void list_typed_elsewhere(const GridRows::Typed& typed, const GridRows& rows);
 
-    platform::Recordset& records() { return source_->records(); }
+    platform::Recordset& records() const { return source_->records(); }
 
     ButtonContext buttons() { return {pro_, command_, state_, records(), offset_grid()}; }
 
@@ -87,6 +104,10 @@ private:
     GridState state_;
     std::optional<GridState> source_state_; // of the grid that feeds this one, when from_grid
     GridCommand command_;
+    bool repeated_ = false;           // this request has made the grid before, and carried out its command
+    std::optional<GridText> text_;    // read when something is to be judged by it
+    std::optional<Change> by_record_; // each record says whether it may be changed so
+    GridCommand asked_;               // a change that the address asks for, which takes a form
     Ref<DbSource> source_;
     Ref<platform::Recordset> held_records_; // a script that a row runs may take it from the source
     bool opens_source_ = false;             // a dynamic one, for the time of this rendering

@@ -3,19 +3,17 @@
 #include "engine/report.h"
 #include "grid/db_grid.h"
 #include "grid/grid_renderer.h"
-#include "grid/kept_settings.h"
 #include "grid/paging.h"
 #include "template/view_tags.h"
 
 // The steps that carry out a posted command to change records, and what the grid shows after it.
 namespace tabrixdb {
 
-bool GridRenderer::commands(std::string_view word, std::string_view action) const {
-    return command_.word == word && command_.parts.size() > 1 && command_.parts[1] == action;
-}
-
 Edit GridRenderer::edit(bool positioned) {
-    return {pro_, command_, state_, *source_, posted_, positioned};
+    Edit edit{pro_, command_, state_, *source_, posted_, positioned};
+    if (by_record_)
+        edit.check = [this] { check_record(*by_record_); };
+    return edit;
 }
 
 // The controls that a template chooses, for a form by another template than the one that will be shown.
@@ -33,7 +31,8 @@ void GridRenderer::add_record() {
             read_controls_of(grid_.footer_template);
         if (page_ended())
             return;
-        edited_ = tabrixdb::add_record(edit(false));
+        if (!repeated_)
+            edited_ = tabrixdb::add_record(edit(false));
         refused_new_ = !edited_.refusal.empty();
         if (has_template && refused_new_)
             show_add_form_again();
@@ -66,13 +65,15 @@ void GridRenderer::edit_positioned() {
     if (!page_ended() && whole_page)
         edit_page();
     const bool moved = fed && source_state_->number("_CurrentPage") != source_page;
-    if (!page_ended() && fed && (edited_.done || moved))
+    if (!page_ended() && fed && !repeated_ && (edited_.done || moved))
         render_source_grid_again();
     if (!page_ended())
         page();
 }
 
 void GridRenderer::edit_row(bool positioned) {
+    if (repeated_)
+        return;
     if (command_.word == "edit_grid")
         edited_ = update_row(edit(positioned));
     if (page_ended())
@@ -128,7 +129,8 @@ void GridRenderer::edit_page() {
     if (page_ended())
         return;
     const std::int16_t selected = selected_row();
-    edited_ = update_grid(edit(true), rows_, selected);
+    if (!repeated_)
+        edited_ = update_grid(edit(true), rows_, selected);
     if (page_ended())
         return;
     if (commands("edit_source", "delete")) {
@@ -154,23 +156,9 @@ void GridRenderer::leave_edit_form() {
 // The grid that feeds this one was made before the change.
 void GridRenderer::render_source_grid_again() {
     const std::string& id = source_state_->grid();
-    if (!request().value(id + "_command").empty())
+    if (!read_command_word(request(), id).empty())
         return; // it has a command of its own, which is not to be carried out twice
-    const Ref<DbGrid> made = pro_.grids->get<DbGrid>(id);
-    std::string source_id = made->fed_by.empty() ? made->source : made->fed_by;
-    std::string row_template = made->row_template;
-    const KeptSettings kept(pro_);
-    pro_.single_grid_template = made->single_template;
-    create_grid(pro_, {.grid_id = id,
-                       .source_id = source_id,
-                       .row_template = row_template,
-                       .header_template = made->header_template,
-                       .footer_template = made->footer_template,
-                       .rows = to_integer(made->rows),
-                       .increment = to_integer(made->row_increment),
-                       .from_grid = !made->fed_by.empty(),
-                       .grid_mode = made->grid_mode,
-                       .depth = grid_.depth});
+    make_grid_again(pro_, id);
 }
 
 } // namespace tabrixdb

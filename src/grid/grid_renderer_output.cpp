@@ -17,7 +17,9 @@ namespace tabrixdb {
 void GridRenderer::render() {
     const std::string& id = grid_.grid_id;
     bool guarded = is_guarded();
-    out_ = "<a name='" + id + "_start'></a>" + command_form(pro_, id);
+    out_ = "<a name='" + id + "_start'></a>";
+    const std::size_t question_at = out_.size();
+    out_ += command_form(pro_, id);
     const std::size_t message_at = out_.size();
     out_ += layout_.opening + "\r\n";
     if (adds_ && !shows_records()) {
@@ -45,12 +47,13 @@ void GridRenderer::render() {
     if (!edited_.refusal.empty())
         out_.insert(message_at,
                     "<div class=\"tabrixdb-message\" role=\"alert\">" + edited_.refusal + "</div>\r\n");
+    out_.insert(question_at, question());
 }
 
 // Whether the form says which records it shows: where it can change them.
 bool GridRenderer::is_guarded() const {
     if (adds_ || has_edit_buttons(layout_) || edited_row(state_) != 0 ||
-        equal_ignore_case(pro_.grid_edit_mode, "GRID"))
+        permitted_changes(pro_.permit).any() || equal_ignore_case(pro_.grid_edit_mode, "GRID"))
         return true;
     const auto& columns = source_->records().columns();
     return std::ranges::any_of(columns, [&](const platform::Column& column) {

@@ -12,11 +12,13 @@ public:
     explicit KeptSettings(Pro& pro)
         : pro_(pro),
           edit_mode_(pro.grid_edit_mode),
-          single_(pro.single_grid_template) {}
+          single_(pro.single_grid_template),
+          permit_(pro.permit) {}
 
     ~KeptSettings() {
         pro_.grid_edit_mode = edit_mode_;
         pro_.single_grid_template = single_;
+        pro_.permit = permit_;
     }
 
     KeptSettings(const KeptSettings&) = delete;
@@ -26,6 +28,7 @@ private:
     Pro& pro_;
     const std::string edit_mode_;
     const bool single_;
+    const std::string permit_;
 };
 
 } // namespace tabrixdb

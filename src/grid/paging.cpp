@@ -67,7 +67,7 @@ std::int64_t page_start(const GridState& state) {
 // True when it followed.
 bool follow_or_move(const GridCommand& command, GridState& source, GridState& state,
                     platform::Recordset& records) {
-    const std::string acted = request().value(source.grid() + "_command");
+    const std::string acted = read_command_word(request(), source.grid());
     if (acted == "form_mode" || acted == "grid_offset") {
         process_offset_logic(command, source, records);
         if (!page_ended())
@@ -88,8 +88,10 @@ bool follow_or_move(const GridCommand& command, GridState& source, GridState& st
 
 void process_sort_logic(const GridCommand& command, const std::string& grid) {
     guard("Process Sort Logic - " + grid, [&] {
-        if (command.word == "sort")
-            session().set_value(command.part(0) + "_Sort", command.part(1));
+        if (command.word != "sort")
+            return;
+        session().set_value(command.part(0) + "_Sort", command.part(1));
+        session().set_value(command.part(0) + std::string(kPostedSort), command.part(1));
     });
 }
 

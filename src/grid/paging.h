@@ -12,6 +12,9 @@ namespace tabrixdb {
 // The paging and sorting of grids: each turns the posted command into session state and positions the
 // recordset. Each reports its failures under its own label; what it wrote before stays written.
 
+// Beside the sort expression: what a visitor has posted as such, until the grid that it is for has judged it.
+inline constexpr std::string_view kPostedSort = "_SortPosted";
+
 // "sort": stores part 1 of the parameters as the sort expression of the grid that part 0 names, whatever grid
 // is being built.
 void process_sort_logic(const GridCommand& command, const std::string& grid);

@@ -5,6 +5,7 @@ Dim query, name
 Set query = Request.QueryString
 If query("mode") <> "" Then db.GridEditMode = query("mode")
 db.SingleGridTemplate = (query("single") <> "")
+db.Permit = "edit, add, delete"  ' whatever the templates offer
 db.ShowSortIcons = False
 db.ShowFilterIcons = False
 db.CreateSource "s", "select id, name, age, born, member, photo from people", "shop"

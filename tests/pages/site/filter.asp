@@ -2,6 +2,7 @@
 ' A filter form and what the source holds by it.
 Dim query
 Set query = Request.QueryString
+db.FilterColumns = query("columns")
 db.CreateSource "s", "select id, name, age, born, member, name || 's' as ""the name"" from people", "shop"
 With db.Source("s")
     .Fields("name").ViewFilter = "TEXT;20"

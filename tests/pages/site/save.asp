@@ -1,6 +1,6 @@
 <!-- #include file="connect.inc" --><%
 ' Whole pages of any query to edit: `views` the controls as "column=view|...", `content` that of the first column,
-' `before` a statement on the connection.
+' `before` a statement on the connection, `lock` the source's lock type.
 Dim query, pair, html
 Set query = Request.QueryString
 If query("mode") <> "row" Then db.GridEditMode = "GRID"
@@ -8,7 +8,13 @@ db.ShowSortIcons = False
 db.ShowFilterIcons = False
 If query("before") <> "" Then db.Connection("shop").Execute query("before")
 If query("transaction") <> "" Then db.Connection("shop").BeginTrans
-db.CreateSource "s", query("sql"), "shop"
+db.Permit = query("permit")
+If query("lock") = "" Then
+    db.CreateSource "s", query("sql"), "shop"
+Else
+    db.CreateSource "s", query("sql"), "shop", 3, query("lock")
+End If
+If query("writable") <> "" Then db.Source("s").Fields(query("writable")).Updatable = True
 For Each pair In Split(query("views"), "|")
     db.Source("s").Fields(Split(pair, "=")(0)).ViewEdit = Split(pair, "=")(1)
 Next
