@@ -147,7 +147,8 @@
         hiddenField(name, 'params').value = params;
         const target = anchor || hiddenField(name, 'anchor')?.value || '';
         const place = anchored(target) ? target : '';
-        form.setAttribute('action', location.pathname + location.search + place);
+        // Two slashes in front would make the next name a host's.
+        form.setAttribute('action', location.pathname.replace(/^\/+/, '/') + location.search + place);
         const keeps = SAVING.includes(action) || KEEPING.includes(`${command} ${action}`);
         rememberPlace(form, keeps, focus, place ? null : { left: scrollX, top: scrollY });
         takeBackFiles();

@@ -57,7 +57,7 @@ std::string base_tag(platform::Request& request, std::string_view relative_path)
     std::string address = site_address(request);
     if (!relative_path.empty())
         address += "/" + std::string(relative_path);
-    // The host's name is what the client says it is.
+    // The path is the page's own and may hold anything.
     address = replace_all(replace_all(replace_all(address, "\"", "%22"), "<", "%3C"), ">", "%3E");
     return "<BASE HREF=\"" + address + "\" >\r\n";
 }

@@ -81,6 +81,12 @@ describe('tabrixdb.js', () => {
         });
     }
 
+    test('an address that begins with two slashes posts to no other host', async () => {
+        await tab.goto(`${site}//other.test/page.asp`);
+        await command("grid_navigate('orders','next_page')");
+        assert.equal(tab.url(), `${site}/other.test/page.asp`);
+    });
+
     for (const [code, comparison, value, expression] of [
         [1, 'is at least', '12.5', '[Total] >= 12.5'],
         [2, 'contains', "O'Brien", "[Total] LIKE '%O''Brien%'"],
