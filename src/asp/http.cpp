@@ -32,6 +32,7 @@ constexpr Phrase kPhrases[] = {
     {408, "Request Timeout"},
     {413, "Content Too Large"},
     {416, "Range Not Satisfiable"},
+    {421, "Misdirected Request"},
     {431, "Request Header Fields Too Large"},
     {500, "Internal Server Error"},
     {501, "Not Implemented"},
@@ -49,6 +50,14 @@ const std::string* find_header(const Headers& headers, std::string_view name) no
     const auto found =
         std::ranges::find_if(headers, [&](const Header& h) { return equal_ignore_case(h.name, name); });
     return found == headers.end() ? nullptr : &found->value;
+}
+
+HostParts split_host(std::string_view host) noexcept {
+    const std::size_t bracket = host.find(']');
+    const std::size_t colon = host.find(':', bracket == std::string_view::npos ? 0 : bracket);
+    if (colon == std::string_view::npos)
+        return {host, {}};
+    return {host.substr(0, colon), host.substr(colon + 1)};
 }
 
 std::string_view reason_phrase(int status) noexcept {

@@ -20,6 +20,13 @@ using Headers = std::vector<Header>;
 // The value of the first header of that name (ignoring case), or nullptr.
 const std::string* find_header(const Headers& headers, std::string_view name) noexcept;
 
+// A host as the Host header gives it: "shop" and "81" of "shop:81", "[::1]" and "" of "[::1]".
+struct HostParts {
+    std::string_view name, port;
+};
+
+HostParts split_host(std::string_view host) noexcept;
+
 // What a page is asked. Immutable while the page runs; shared by its objects, which a session may keep.
 struct HttpRequest {
     std::string method = "GET";
@@ -28,6 +35,7 @@ struct HttpRequest {
     std::string protocol = "HTTP/1.1";
     Headers headers;
     std::string body;
+    bool secure = false; // the client came by https
     std::string remote_address = "127.0.0.1";
     std::string server_address = "127.0.0.1";
     std::uint16_t server_port = 80;

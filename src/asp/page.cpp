@@ -161,7 +161,8 @@ HttpResponse Page::finish() {
     HttpResponse response = response_->take();
     if (const SessionState* session = lease_.session(); session && new_session_)
         response.headers.push_back({"Set-Cookie", std::string(kSessionCookie) + '=' + session->id +
-                                                      "; path=/; HttpOnly; SameSite=Lax"});
+                                                      "; path=/; HttpOnly; SameSite=Lax" +
+                                                      (request_data_->secure ? "; Secure" : "")});
     return response;
 }
 

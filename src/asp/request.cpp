@@ -49,7 +49,7 @@ MultiMap server_variables(const HttpRequest& http, const RequestPlace& place) {
     all.add("CONTENT_LENGTH", std::to_string(http.body.size()));
     all.add("CONTENT_TYPE", header("Content-Type"));
     all.add("GATEWAY_INTERFACE", "CGI/1.1");
-    all.add("HTTPS", "off");
+    all.add("HTTPS", http.secure ? "on" : "off");
     all.add("INSTANCE_ID", "1");
     all.add("LOCAL_ADDR", http.server_address);
     all.add("LOGON_USER", "");
@@ -61,9 +61,9 @@ MultiMap server_variables(const HttpRequest& http, const RequestPlace& place) {
     all.add("REMOTE_USER", "");
     all.add("REQUEST_METHOD", http.method);
     all.add("SCRIPT_NAME", http.path);
-    all.add("SERVER_NAME", host.substr(0, host.rfind(':')));
+    all.add("SERVER_NAME", std::string(split_host(host).name));
     all.add("SERVER_PORT", std::to_string(http.server_port));
-    all.add("SERVER_PORT_SECURE", "0");
+    all.add("SERVER_PORT_SECURE", http.secure ? "1" : "0");
     all.add("SERVER_PROTOCOL", http.protocol);
     all.add("SERVER_SOFTWARE", "TabrixDb");
     all.add("URL", http.path);

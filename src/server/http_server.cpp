@@ -3,14 +3,17 @@
 #include "asp/page.h"
 #include "server/content_types.h"
 #include "server/deadlines.h"
+#include "server/host_names.h"
 #include "server/listener.h"
 #include "server/origin.h"
 #include "server/page_jobs.h"
+#include "server/proxies.h"
 #include "server/router.h"
 #include "server/static_file.h"
 
 #include <algorithm>
 #include <atomic>
+#include <charconv>
 #include <condition_variable>
 #include <cstring>
 #include <optional>
@@ -35,6 +38,9 @@ constexpr std::size_t kAnswerHeadBytes = std::size_t{32} * 1024;
 // How long the last answers may take to be sent once the server stops.
 constexpr std::chrono::seconds kSendSeconds{2};
 
+// The ports of http and https, when an address gives none.
+constexpr std::uint16_t kPlainPort = 80, kSecurePort = 443;
+
 constexpr std::string_view kReadMethods = "GET, HEAD, OPTIONS";
 constexpr std::string_view kPageMethods = "GET, HEAD, POST, OPTIONS";
 
@@ -53,22 +59,6 @@ bool has_doubtful_length(const asp::Headers& headers) {
             codings += equal_ignore_case(header.value, "chunked") ? 1 : 2;
     }
     return lengths + codings > 1;
-}
-
-// More than one name, or one that would not be a name where a page writes it.
-bool has_bad_host(const asp::Headers& headers) {
-    int hosts = 0;
-    for (const asp::Header& header : headers) {
-        if (!equal_ignore_case(header.name, "Host"))
-            continue;
-        const bool is_name = std::ranges::all_of(header.value, [](char c) {
-            return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
-                   std::string_view("-._:[]%").find(c) != std::string_view::npos;
-        });
-        if (!is_name || ++hosts > 1)
-            return true;
-    }
-    return false;
 }
 
 using ResponsePointer = std::unique_ptr<MHD_Response, decltype(&MHD_destroy_response)>;
@@ -138,6 +128,8 @@ private:
     static int socket_of(MHD_Connection* connection);
 
     MHD_Result begin(Exchange& exchange, MHD_Connection* connection, const char* method, const char* version);
+    void describe_connection(Exchange& exchange, MHD_Connection* connection) const;
+    void believe_proxies(asp::HttpRequest& request) const;
     int refusal(const Exchange& exchange, MHD_Connection* connection) const;
     void take_body(Exchange& exchange, const char* data, std::size_t size);
     MHD_Result answer(Exchange& exchange, MHD_Connection* connection);
@@ -301,6 +293,8 @@ MHD_Result HttpServer::State::begin(Exchange& exchange, MHD_Connection* connecti
         },
         &request.headers);
     exchange.route = route(site_.paths, exchange.target, settings.routes);
+    if (!has_bad_host(request.headers))
+        describe_connection(exchange, connection);
     exchange.refused = refusal(exchange, connection);
     // An answer before the body ends the connection; without a body there is no need for that.
     const bool has_body = asp::find_header(request.headers, "Content-Length") ||
@@ -316,6 +310,41 @@ MHD_Result HttpServer::State::send_refusal(const Exchange& exchange, MHD_Connect
                        {{"Allow", std::string(is_page ? kPageMethods : kReadMethods)}});
 }
 
+// Between whom the request went, and which host it is for.
+void HttpServer::State::describe_connection(Exchange& exchange, MHD_Connection* connection) const {
+    asp::HttpRequest& request = exchange.request;
+    if (const auto authority = authority_of_target(exchange.target))
+        set_host(request.headers, std::string(*authority)); // it counts where both are given
+    if (exchange.route.kind != Route::Kind::Page && settings.trusted_proxies.empty())
+        return; // nobody asks
+    const int socket = socket_of(connection);
+    request.remote_address = peer_address(socket);
+    request.server_address = own_address(socket);
+    request.server_port = listener.port();
+    believe_proxies(request);
+}
+
+void HttpServer::State::believe_proxies(asp::HttpRequest& request) const {
+    // A zone ("fe80::1%eth0") is this machine's own matter.
+    const std::string_view peer = request.remote_address;
+    const std::optional<IpAddress> address = parse_address(peer.substr(0, peer.find('%')));
+    if (!address || !settings.trusted_proxies.contains(*address))
+        return;
+    Forwarded told = read_forwarded(request.headers, settings.trusted_proxies);
+    if (!told.client.empty())
+        request.remote_address = std::move(told.client);
+    if (told.host.empty() && !told.secure)
+        return;
+    if (!told.host.empty())
+        set_host(request.headers, std::move(told.host));
+    request.secure = told.secure.value_or(false);
+    request.server_port = request.secure ? kSecurePort : kPlainPort;
+    if (const std::string* host = asp::find_header(request.headers, "Host")) {
+        const std::string_view port = asp::split_host(*host).port;
+        std::from_chars(port.data(), port.data() + port.size(), request.server_port);
+    }
+}
+
 // Why a request is refused by its head; 0 when it is not.
 int HttpServer::State::refusal(const Exchange& exchange, MHD_Connection* connection) const {
     const asp::HttpRequest& request = exchange.request;
@@ -325,6 +354,8 @@ int HttpServer::State::refusal(const Exchange& exchange, MHD_Connection* connect
         return 431;
     if (has_doubtful_length(request.headers) || has_bad_host(request.headers))
         return 400;
+    if (!is_served(request.headers, settings.hosts))
+        return 421;
     if (exchange.target == "*" && request.method == "OPTIONS")
         return 204;
     if (exchange.route.kind == Route::Kind::Refused)
@@ -379,9 +410,6 @@ MHD_Result HttpServer::State::run_page(Exchange& exchange, MHD_Connection* conne
     const int socket = socket_of(connection);
     request->path = std::move(exchange.route.path);
     request->query = std::move(exchange.route.query);
-    request->remote_address = peer_address(socket);
-    request->server_address = own_address(socket);
-    request->server_port = listener.port();
     request->client_connected = [socket] { return is_client_there(socket); };
     // Suspended first: the answer may be ready before this thread goes on.
     MHD_suspend_connection(connection);

@@ -2,6 +2,7 @@
 
 #include "asp/code_page.h"
 #include "asp/files.h"
+#include "server/host_names.h"
 
 #include <algorithm>
 #include <limits>
@@ -122,14 +123,35 @@ void read_databases(const toml::table& file, const std::string& name, Settings& 
                             ": a database stands in a table of its own, [[database]].");
 }
 
+void check_hosts(std::vector<std::string>& hosts, const std::string& name) {
+    for (std::string& host : hosts) {
+        if (!is_host(host))
+            throw SettingsError(name + ": server.hosts are names such as \"shop.example\".");
+        host = asp::split_host(host).name;
+    }
+}
+
+void add_ranges(AddressRanges& ranges, const std::vector<std::string>& texts, const std::string& name) {
+    for (const std::string& text : texts)
+        if (!ranges.add(text))
+            throw SettingsError(name +
+                                ": server.trusted_proxies are addresses such as \"127.0.0.1\" and ranges " +
+                                "such as \"10.0.0.0/8\".");
+}
+
 Settings read(const toml::table& file, const std::string& name) {
     Settings settings;
+    std::vector<std::string> proxies;
 
     Section server(file.get("server"), "server", name);
     server.text("host", settings.host);
     server.number("port", settings.port, 0, 65535);
     server.number("workers", settings.workers, 0, 256);
+    server.texts("hosts", settings.hosts);
+    server.texts("trusted_proxies", proxies);
     server.finish();
+    check_hosts(settings.hosts, name);
+    add_ranges(settings.trusted_proxies, proxies, name);
 
     Section limits(file.get("limits"), "limits", name);
     limits.number("body_bytes", settings.body_bytes, 0, std::numeric_limits<std::int32_t>::max());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "asp/site.h"
+#include "server/address_ranges.h"
 #include "server/router.h"
 
 #include <cstdint>
@@ -20,8 +21,10 @@ struct DatabaseSetting {
 // What tabrixdb.toml says, and the defaults of docs/settings.md.
 struct Settings {
     std::string host = "127.0.0.1";
-    std::uint16_t port = 8080; // 0: any free one
-    unsigned workers = 0;      // threads that run pages; 0: one a processor, four at least
+    std::uint16_t port = 8080;      // 0: any free one
+    unsigned workers = 0;           // threads that run pages; 0: one a processor, four at least
+    std::vector<std::string> hosts; // the names that the site answers to, without a port; none: to any
+    AddressRanges trusted_proxies;  // whose word about the visitor is believed
 
     std::size_t body_bytes = std::size_t{8} * 1024 * 1024;
     std::size_t header_bytes = std::size_t{64} * 1024;

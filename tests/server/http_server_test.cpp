@@ -209,6 +209,88 @@ TEST_F(HttpServerTest, RefusesHostsThatAreNoNames) {
     }
 }
 
+TEST_F(HttpServerTest, AnswersToItsNamesOnly) {
+    settings.hosts = {"shop", "[::1]"};
+    start();
+
+    const struct {
+        std::string request;
+        int status;
+    } cases[] = {
+        {get("/pic.gif"), 200},
+        {"GET /pic.gif HTTP/1.1\r\nHost: SHOP:81\r\n\r\n", 200},
+        {"GET /echo.asp HTTP/1.1\r\nHost: [::1]:81\r\n\r\n", 200},
+        {"GET /echo.asp HTTP/1.1\r\nHost: evil\r\n\r\n", 421},
+        {"GET /pic.gif HTTP/1.1\r\nHost: evil\r\n\r\n", 421},
+        {"OPTIONS * HTTP/1.1\r\nHost: evil\r\n\r\n", 421},
+        {"GET /echo.asp HTTP/1.1\r\nHost: evil\r\nX-Forwarded-Host: shop\r\n\r\n", 421},
+        {"POST /echo.asp HTTP/1.1\r\nHost: evil\r\nContent-Length: 3\r\n\r\na=1", 421},
+        {"GET http://shop/pic.gif HTTP/1.1\r\nHost: evil\r\n\r\n", 200}, // the address counts
+        {"GET http://evil/pic.gif HTTP/1.1\r\nHost: shop\r\n\r\n", 421},
+        {"GET http://u@shop/pic.gif HTTP/1.1\r\nHost: shop\r\n\r\n", 400},
+        {"GET /pic.gif HTTP/1.1\r\nHost: \r\n\r\n", 421},
+        {"GET /pic.gif HTTP/1.1\r\n\r\n", 400},
+        {"GET /pic.gif HTTP/1.0\r\n\r\n", 421},
+    };
+
+    for (const auto& c : cases)
+        EXPECT_EQ(Client(server->port()).ask(c.request).status, c.status) << c.request;
+}
+
+TEST_F(HttpServerTest, BelievesTrustedProxiesAlone) {
+    folder.write("who.asp",
+                 "<% For Each n In Split(\"HTTPS SERVER_PORT_SECURE SERVER_PORT SERVER_NAME HTTP_HOST \" _\n"
+                 "& \"REMOTE_ADDR REMOTE_HOST HTTP_X_FORWARDED_FOR\")\n"
+                 "Response.Write Request.ServerVariables(n) & \" \"\nNext %>");
+    const std::string by_https = "X-Forwarded-Proto: https\r\n";
+
+    const struct {
+        std::string headers;
+        std::string expected; // PORT: the one that the server listens on
+        std::string from_others = "off 0 PORT shop shop 127.0.0.1 127.0.0.1 ";
+    } cases[] = {
+        {"", "off 0 PORT shop shop 127.0.0.1 127.0.0.1 "},
+        {by_https, "on 1 443 shop shop 127.0.0.1 127.0.0.1 "},
+        {by_https + "X-Forwarded-Host: door.example:444\r\n",
+         "on 1 444 door.example door.example:444 127.0.0.1 127.0.0.1 "},
+        {"X-Forwarded-Host: [::1]\r\n", "off 0 80 [::1] [::1] 127.0.0.1 127.0.0.1 "},
+        {"X-Forwarded-For: 6.6.6.6, 192.0.2.1\r\n",
+         "off 0 PORT shop shop 192.0.2.1 192.0.2.1 6.6.6.6, 192.0.2.1",
+         "off 0 PORT shop shop 127.0.0.1 127.0.0.1 6.6.6.6, 192.0.2.1"},
+        {"Forwarded: for=192.0.2.1;proto=https;host=door\r\n", "on 1 443 door door 192.0.2.1 192.0.2.1 "},
+        {"X-Forwarded-Proto: https, https\r\nX-Forwarded-Host: a\"b\r\n",
+         "off 0 PORT shop shop 127.0.0.1 127.0.0.1 "},
+    };
+
+    for (const bool trusted : {true, false}) {
+        settings.trusted_proxies = {};
+        ASSERT_TRUE(settings.trusted_proxies.add(trusted ? "127.0.0.0/8" : "10.0.0.0/8"));
+        server.reset();
+        Client client(start());
+        for (const auto& c : cases)
+            EXPECT_EQ(
+                client.ask(get("/who.asp", c.headers)).body,
+                replace_all(trusted ? c.expected : c.from_others, "PORT", std::to_string(server->port())) +
+                    " ")
+                << c.headers;
+        const std::string cookie = client.ask(get("/count.asp", by_https)).header("Set-Cookie");
+        EXPECT_EQ(cookie.ends_with("; SameSite=Lax; Secure"), trusted) << cookie;
+        const auto post_from = [&](const std::string& origin) {
+            return Client(server->port())
+                .ask(post("/echo.asp", "a=1", "X-Forwarded-Host: door\r\nOrigin: https://" + origin + "\r\n"))
+                .status;
+        };
+        EXPECT_EQ(post_from("door"), trusted ? 200 : 403);
+        EXPECT_EQ(post_from("shop"), trusted ? 403 : 200);
+    }
+    settings.trusted_proxies.add("127.0.0.1");
+    settings.hosts = {"door"};
+    server.reset();
+    Client client(start());
+    EXPECT_EQ(client.ask(get("/pic.gif", "X-Forwarded-Host: door\r\n")).status, 200);
+    EXPECT_EQ(client.ask(get("/pic.gif", "X-Forwarded-Host: shop\r\n")).status, 421);
+}
+
 TEST_F(HttpServerTest, StopsAnEndlessPageAndGoesOn) {
     settings.pages.script_seconds = 1;
     Client client(start());

@@ -1,5 +1,8 @@
+#include "server/address_ranges.h"
 #include "server/content_types.h"
+#include "server/host_names.h"
 #include "server/origin.h"
+#include "server/proxies.h"
 #include "server/settings.h"
 #include "server/static_file.h"
 #include "tests/asp/site_folder.h"
@@ -47,6 +50,148 @@ TEST(Origin, LetsOwnPagesPost) {
         for (const asp::Header& header : c.headers)
             shown += header.name + ": " + header.value + "  ";
         EXPECT_EQ(is_from_own_pages(c.headers, {"https://friend.example"}), c.expected) << shown;
+    }
+}
+
+TEST(HostNames, AreNamesOrAddressesWithAPort) {
+    const struct {
+        const char* host;
+        bool is_host;
+        bool is_served;
+    } cases[] = {
+        {"shop.example", true, true},
+        {"SHOP.example:8080", true, true},
+        {"[::1]:80", true, true},
+        {"[::1]", true, true},
+        {"shop.example:", true, true},
+        {"[::2]", true, false},
+        {"shop.example.evil.example", true, false},
+        {"evil-shop.example", true, false},
+        {"10.0.0.1", true, false},
+        {"shop.example:8x", false, false},
+        {"shop.example:123456", false, false},
+        {"shop.example:80:80", false, false},
+        {"::1", false, false},
+        {"[::1", false, false},
+        {"[::1]x", false, false},
+        {"[]", false, false},
+        {":80", false, false},
+        {"u@shop.example", false, false},
+        {"shop.example/x", false, false},
+        {"a\"b", false, false},
+        {"a\x80", false, false},
+    };
+
+    const std::vector<std::string> names = {"Shop.Example", "[::1]"};
+    for (const auto& c : cases) {
+        const Headers headers = {{"Host", c.host}};
+        EXPECT_EQ(is_host(c.host), c.is_host) << c.host;
+        EXPECT_EQ(has_bad_host(headers), !c.is_host) << c.host;
+        if (c.is_host) {
+            EXPECT_EQ(is_served(headers, names), c.is_served) << c.host;
+            EXPECT_TRUE(is_served(headers, {})) << c.host;
+        }
+    }
+    EXPECT_FALSE(is_served({}, names));
+    EXPECT_TRUE(has_bad_host({{"Host", "a"}, {"host", "a"}}));
+}
+
+TEST(AddressRanges, HoldWhatTheySay) {
+    const struct {
+        const char* range;
+        const char* inside;  // nullptr: it is no range
+        const char* outside; // nullptr: none is
+    } cases[] = {
+        {"10.1.2.3", "10.1.2.3", "10.1.2.4"},
+        {"10.1.2.3", "::ffff:10.1.2.3", "::10.1.2.3"},
+        {"10.1.2.3/8", "10.255.0.1", "11.0.0.1"},
+        {"172.16.0.0/12", "172.31.255.255", "172.32.0.0"},
+        {"0.0.0.0/0", "192.0.2.1", "2001:db8::1"},
+        {"::/0", "2001:db8::1", "192.0.2.1"},
+        {"::1", "0:0:0:0:0:0:0:1", "::2"},
+        {"2001:db8::/33", "2001:db8:7fff::1", "2001:db8:8000::1"},
+        {"::ffff:10.0.0.0/104", "10.9.9.9", "11.9.9.9"},
+        {"10.0.0.0/33", nullptr, nullptr},
+        {"::/129", nullptr, nullptr},
+        {"10.0.0.0/", nullptr, nullptr},
+        {"10.0.0.0/-1", nullptr, nullptr},
+        {"10.0.0.0/8x", nullptr, nullptr},
+        {"10.0.0", nullptr, nullptr},
+        {"[::1]", nullptr, nullptr},
+        {"localhost", nullptr, nullptr},
+        {"", nullptr, nullptr},
+    };
+
+    for (const auto& c : cases) {
+        AddressRanges ranges;
+        EXPECT_EQ(ranges.add(c.range), c.inside != nullptr) << c.range;
+        EXPECT_EQ(ranges.empty(), c.inside == nullptr) << c.range;
+        if (c.inside) {
+            EXPECT_TRUE(ranges.contains(*parse_address(c.inside))) << c.range;
+            EXPECT_FALSE(ranges.contains(*parse_address(c.outside))) << c.range;
+        }
+    }
+}
+
+TEST(Proxies, AreReadFromTheRight) {
+    const std::string deep = std::string(100'000, ',');
+
+    const struct {
+        Headers headers;
+        const char* expected; // client, host, scheme
+    } cases[] = {
+        {{}, " - "},
+        {{{"X-Forwarded-For", "192.0.2.1"}}, "192.0.2.1 - "},
+        {{{"x-forwarded-for", "8.8.8.8, 192.0.2.1 , 10.0.0.2"}}, "192.0.2.1 - "},
+        {{{"X-Forwarded-For", "8.8.8.8"}, {"X-Forwarded-For", "192.0.2.1,10.0.0.2"}}, "192.0.2.1 - "},
+        {{{"X-Forwarded-For", "10.0.0.3, 10.0.0.2"}}, "10.0.0.3 - "}, // a visitor inside
+        {{{"X-Forwarded-For", "<script>, 192.0.2.1"}}, "192.0.2.1 - "},
+        {{{"X-Forwarded-For", "192.0.2.1:4711"}}, "192.0.2.1 - "},
+        {{{"X-Forwarded-For", "2001:DB8::1"}}, "2001:db8::1 - "},
+        {{{"X-Forwarded-For", "[2001:db8::1]:80"}}, "2001:db8::1 - "},
+        {{{"X-Forwarded-For", "::ffff:192.0.2.1"}}, "192.0.2.1 - "},
+        {{{"X-Forwarded-For", "192.0.2.1, unknown"}}, " - "},
+        {{{"X-Forwarded-For", "192.0.2.1, unknown, 10.0.0.2"}}, " - "},
+        {{{"X-Forwarded-For", "192.0.2.1,"}}, " - "},
+        {{{"X-Forwarded-For", deep}}, " - "},
+        {{{"X-Forwarded-Proto", "HTTPS"}}, " - https"},
+        {{{"X-Forwarded-Proto", "http"}}, " - http"},
+        {{{"X-Forwarded-Proto", "https, http"}}, " - "},
+        {{{"X-Forwarded-Proto", "https"}, {"X-Forwarded-Proto", "https"}}, " - "},
+        {{{"X-Forwarded-Proto", "on"}}, " - "},
+        {{{"X-Forwarded-Host", "Shop.example:81"}}, " Shop.example:81 "},
+        {{{"X-Forwarded-Host", "shop, evil"}}, " - "},
+        {{{"X-Forwarded-Host", "shop\"><b>"}}, " - "},
+        {{{"Forwarded", "for=192.0.2.1;proto=https;host=shop.example"}}, "192.0.2.1 shop.example https"},
+        {{{"Forwarded", "For=\"[2001:db8::1]:80\" ; PROTO=http;by=_x;"}}, "2001:db8::1 - http"},
+        {{{"Forwarded",
+           "for=8.8.8.8;host=evil, for=192.0.2.1;host=shop, for=10.0.0.2;host=inner;proto=http"}},
+         "192.0.2.1 shop "},
+        {{{"Forwarded", "host=evil"}, {"Forwarded", "proto=https;host=\"shop:81\""}}, " shop:81 https"},
+        {{{"Forwarded", "for=_hidden;proto=https"}}, " - https"},
+        {{{"Forwarded", "for=10.0.0.2"}}, "10.0.0.2 - "},
+        // What a client begins does not reach into what the proxy has added.
+        {{{"Forwarded", "for=\", for=192.0.2.1;proto=https"}}, "192.0.2.1 - https"},
+        {{{"Forwarded", "\"\\\", for=\"192.0.2.1\""}}, "192.0.2.1 - "},
+        {{{"Forwarded", "for=192.0.2.1;for=8.8.8.8;proto=https"}}, " - "},
+        {{{"Forwarded", "for=\"192.0.2.1;proto=https"}}, " - "},
+        {{{"Forwarded", "for=\"a\\\"b\";proto=https"}}, " - "},
+        {{{"Forwarded", "for"}}, " - "},
+        {{{"Forwarded", deep}}, " - "},
+        {{{"Forwarded", "proto=https;host=a/b"}}, " - https"},
+        // Nor does a kind of header that the proxy does not write.
+        {{{"Forwarded", "for=8.8.8.8;proto=https;host=evil"}, {"X-Forwarded-For", "192.0.2.1"}},
+         "192.0.2.1 - "},
+    };
+
+    AddressRanges trusted;
+    ASSERT_TRUE(trusted.add("10.0.0.0/24"));
+    for (const auto& c : cases) {
+        const Forwarded told = read_forwarded(c.headers, trusted);
+        EXPECT_EQ(told.client + ' ' + (told.host.empty() ? "-" : told.host) + ' ' +
+                      (told.secure ? *told.secure ? "https" : "http" : ""),
+                  c.expected)
+            << (c.headers.empty() ? "" : c.headers.front().value.substr(0, 100));
     }
 }
 
@@ -103,6 +248,8 @@ TEST(Settings, ReadsWhatTheSiteSays) {
 host = "0.0.0.0"
 port = 0
 workers = 3
+hosts = ["shop.example:80", "[::1]"]
+trusted_proxies = ["10.0.0.0/8", "::1"]
 [limits]
 script_seconds = 5
 [security]
@@ -129,6 +276,8 @@ script = "b.sql"
     EXPECT_EQ(settings.host, "0.0.0.0");
     EXPECT_EQ(settings.port, 0);
     EXPECT_EQ(settings.workers, 3U);
+    EXPECT_EQ(settings.hosts, (std::vector<std::string>{"shop.example", "[::1]"}));
+    EXPECT_TRUE(settings.trusted_proxies.contains(*parse_address("10.9.9.9")));
     EXPECT_EQ(settings.pages.script_seconds, 5);
     EXPECT_EQ(settings.pages.code_page, 1252U);
     EXPECT_EQ(settings.pages.session_minutes, 3);
@@ -155,6 +304,9 @@ TEST(Settings, RefusesWhatItDoesNotKnowByNameAndLine) {
         {"[server]\nport = 70000", "t, line 2: server.port is a number from 0 to 65535."},
         {"[server]\nport = \"80\"", "t, line 2: server.port is a number from 0 to 65535."},
         {"[server]\nhost = 1", "t, line 2: server.host is a text."},
+        {"[server]\nhosts = [\"http://shop\"]", "t: server.hosts are names such as \"shop.example\"."},
+        {"[server]\ntrusted_proxies = [\"proxy\"]",
+         "t: server.trusted_proxies are addresses such as \"127.0.0.1\" and ranges such as \"10.0.0.0/8\"."},
         {"[security]\nsame_origin_posts = 1", "t, line 2: security.same_origin_posts is true or false."},
         {"[security]\nupload_folders = [\"files/\"]",
          "t: security.upload_folders are addresses such as \"/uploads/\"."},
