@@ -79,7 +79,8 @@ HttpResponse Page::run() {
 }
 
 void Page::prepare(const Directives& directives) {
-    if (!directives.session)
+    with_session_ = directives.session;
+    if (!with_session_)
         lease_.release();
     SessionState* const state = lease_.session();
     const std::uint32_t code_page = state && state->code_page
@@ -158,6 +159,8 @@ void Page::fail(PageFault fault, int status) {
 }
 
 HttpResponse Page::finish() {
+    if (with_session_)
+        response_->add_private_headers(site_.settings.session_cache, site_.settings.frame_ancestors);
     HttpResponse response = response_->take();
     if (const SessionState* session = lease_.session(); session && new_session_)
         response.headers.push_back({"Set-Cookie", std::string(kSessionCookie) + '=' + session->id +

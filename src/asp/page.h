@@ -100,6 +100,7 @@ private:
     Interrupt& interrupt_;
     const Interrupt::Clock::time_point started_ = Interrupt::Clock::now();
     std::int32_t script_seconds_;
+    bool with_session_ = false; // EnableSessionState
     bool new_session_ = false;
     PageFault fault_;
 

@@ -264,6 +264,16 @@ bool Response::is_html() const noexcept {
     return contains_ignore_case(content_type_, "html");
 }
 
+void Response::add_private_headers(const std::string& cache, const std::string& frame_ancestors) {
+    const auto says = [&](std::string_view name) { return find_header(headers_, name) != nullptr; };
+    if (!cache.empty() && !cache_control_ && expires_header_.empty() && !says("Cache-Control") &&
+        !says("Expires") && !says("Pragma"))
+        cache_control_ = cache;
+    // Browsers take the policy in place of X-Frame-Options, which may be stricter.
+    if (!frame_ancestors.empty() && !says("Content-Security-Policy") && !says("X-Frame-Options"))
+        headers_.push_back({"Content-Security-Policy", "frame-ancestors " + frame_ancestors});
+}
+
 HttpResponse Response::take() {
     HttpResponse response{.status = status_, .headers = {}, .body = std::move(body_)};
     std::string type = content_type_;
@@ -273,7 +283,7 @@ HttpResponse Response::take() {
     else if (is_text && !contains_ignore_case(type, "charset"))
         type.append("; charset=").append(charset_name(code_page_));
     response.headers.push_back({"Content-Type", std::move(type)});
-    response.headers.push_back({"Cache-Control", cache_control_});
+    response.headers.push_back({"Cache-Control", cache_control()});
     if (!expires_header_.empty())
         response.headers.push_back({"Expires", expires_header_});
     for (const Ref<ResponseCookie>& cookie : cookies_->all())

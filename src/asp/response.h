@@ -44,6 +44,10 @@ public:
     void set_status_code(int status) { status_ = status; }
 
     void set_content_type(const std::string& type);
+    // Headers for what is a visitor's own, as far as the page has not said it itself: `cache` as
+    // Cache-Control, unless that or Expires is set; `frame_ancestors`, the sites that may show it in a frame,
+    // unless it has a Content-Security-Policy or X-Frame-Options. Empty ones are left out.
+    void add_private_headers(const std::string& cache, const std::string& frame_ancestors);
     // The response as it stands; the object is empty afterwards.
     HttpResponse take();
 
@@ -83,7 +87,7 @@ private:
 
     void set_expires_absolute(const Variant& date);
 
-    std::string cache_control() const { return cache_control_; }
+    std::string cache_control() const { return cache_control_.value_or("private"); }
 
     void set_cache_control(const std::string& value);
     bool is_client_connected() const;
@@ -104,7 +108,7 @@ private:
     std::string content_type_ = "text/html";
     std::string charset_;
     std::uint32_t code_page_;
-    std::string cache_control_ = "private";
+    std::optional<std::string> cache_control_;
     Variant expires_, expires_absolute_;
     std::string expires_header_;
     Headers headers_;

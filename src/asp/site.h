@@ -21,6 +21,9 @@ struct PageSettings {
     std::int32_t script_seconds = 90;
     std::size_t recursion = 256;
     std::int32_t session_minutes = 20;
+    // Of pages with a session: Cache-Control, and the sources of frame-ancestors; "": the header is left out.
+    std::string session_cache = "private, no-cache";
+    std::string frame_ancestors = "'self'";
     mail::Settings mail = {};
 
     static constexpr std::uint32_t kUtf8Default = 65001;

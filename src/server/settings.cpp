@@ -139,6 +139,18 @@ void add_ranges(AddressRanges& ranges, const std::vector<std::string>& texts, co
                                 "such as \"10.0.0.0/8\".");
 }
 
+void check_headers(const asp::PageSettings& pages, const std::string& name) {
+    constexpr std::string_view kCaches[] = {"private, no-cache", "no-store", "private"};
+    if (std::ranges::find(kCaches, pages.session_cache) == std::end(kCaches))
+        throw SettingsError(name + ": security.cache is \"private, no-cache\", \"no-store\" or \"private\".");
+    // A ";" would begin another rule, a "," another policy.
+    if (std::ranges::any_of(pages.frame_ancestors,
+                            [](char c) { return c < ' ' || c > '~' || c == ';' || c == ','; }))
+        throw SettingsError(name +
+                            ": security.frame_ancestors are sources with blanks between them, such as " +
+                            "\"'self' https://other.example\".");
+}
+
 Settings read(const toml::table& file, const std::string& name) {
     Settings settings;
     std::vector<std::string> proxies;
@@ -171,12 +183,16 @@ Settings read(const toml::table& file, const std::string& name) {
     security.boolean("same_origin_posts", settings.same_origin_posts);
     security.texts("allowed_origins", settings.allowed_origins);
     security.texts("upload_folders", settings.routes.upload_folders);
+    security.text("cache", settings.pages.session_cache);
+    security.text("frame_ancestors", settings.pages.frame_ancestors);
     security.finish();
     for (std::string& folder : settings.routes.upload_folders) {
         if (!folder.starts_with('/'))
             throw SettingsError(name + ": security.upload_folders are addresses such as \"/uploads/\".");
         folder += folder.ends_with('/') ? "" : "/";
     }
+
+    check_headers(settings.pages, name);
 
     Section site(file.get("site"), "site", name);
     site.number("code_page", settings.pages.code_page, 1, 65535);

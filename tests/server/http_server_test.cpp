@@ -127,6 +127,48 @@ TEST_F(HttpServerTest, KeepsSessionsApartAndRefusesForeignIds) {
     EXPECT_EQ(second.ask(get("/echo.asp")).header("Set-Cookie"), "");
 }
 
+TEST_F(HttpServerTest, KeepsPagesWithASessionToThemselves) {
+    const struct {
+        const char* script;
+        const char* cache;
+        const char* policy;
+    } cases[] = {
+        {"", "private, no-cache", "frame-ancestors 'self'"},
+        {"x = 1 / 0", "private, no-cache", "frame-ancestors 'self'"},
+        {"Response.Redirect \"y\"", "private, no-cache", "frame-ancestors 'self'"},
+        {"Response.CacheControl = \"private\"", "private", "frame-ancestors 'self'"},
+        {"Response.Expires = 60", "private", "frame-ancestors 'self'"},
+        {"Response.ExpiresAbsolute = Now", "private", "frame-ancestors 'self'"},
+        {"Response.AddHeader \"cache-control\", \"max-age=9\"", "private", "frame-ancestors 'self'"},
+        {"Response.AddHeader \"X-Frame-Options\", \"DENY\"", "private, no-cache", ""},
+        {"Response.AddHeader \"Content-Security-Policy\", \"img-src *\"", "private, no-cache", "img-src *"},
+    };
+
+    folder.write("none.asp", "<%@ EnableSessionState=False %>x");
+    for (const bool own : {false, true}) {
+        if (own) {
+            settings.pages.session_cache = "no-store";
+            settings.pages.frame_ancestors = "";
+        }
+        server.reset();
+        Client client(start());
+        int number = 0;
+        for (const auto& c : cases) {
+            const std::string page = "case" + std::to_string(++number) + ".asp";
+            folder.write(page, "<% " + std::string(c.script) + " %>");
+            const Client::Answer answer = client.ask(get("/" + page));
+            const bool default_cache = std::string_view(c.cache) == "private, no-cache";
+            const bool default_policy = std::string_view(c.policy) == "frame-ancestors 'self'";
+            EXPECT_EQ(answer.header("Cache-Control"), own && default_cache ? "no-store" : c.cache)
+                << c.script;
+            EXPECT_EQ(answer.header("Content-Security-Policy"), own && default_policy ? "" : c.policy)
+                << c.script;
+        }
+        const Client::Answer none = client.ask(get("/none.asp"));
+        EXPECT_EQ(none.header("Cache-Control") + none.header("Content-Security-Policy"), "private");
+    }
+}
+
 TEST_F(HttpServerTest, RunsRequestsOfOneSessionOneByOne) {
     folder.write(
         "slow_count.asp",

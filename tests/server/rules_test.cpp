@@ -256,6 +256,8 @@ script_seconds = 5
 same_origin_posts = false
 allowed_origins = ["https://a"]
 upload_folders = ["/files", "/a/b/"]
+cache = "no-store"
+frame_ancestors = ""
 [site]
 default_pages = ["x.asp"]
 code_page = 1252
@@ -287,6 +289,8 @@ script = "b.sql"
     EXPECT_FALSE(settings.same_origin_posts);
     EXPECT_EQ(settings.allowed_origins, std::vector<std::string>{"https://a"});
     EXPECT_EQ(settings.routes.upload_folders, (std::vector<std::string>{"/files/", "/a/b/"}));
+    EXPECT_EQ(settings.pages.session_cache, "no-store");
+    EXPECT_EQ(settings.pages.frame_ancestors, "");
     EXPECT_EQ(settings.routes.default_pages, std::vector<std::string>{"x.asp"});
     ASSERT_EQ(settings.databases.size(), 2U);
     EXPECT_EQ(settings.databases[1].script, "b.sql");
@@ -310,6 +314,11 @@ TEST(Settings, RefusesWhatItDoesNotKnowByNameAndLine) {
         {"[security]\nsame_origin_posts = 1", "t, line 2: security.same_origin_posts is true or false."},
         {"[security]\nupload_folders = [\"files/\"]",
          "t: security.upload_folders are addresses such as \"/uploads/\"."},
+        {"[security]\ncache = \"no-shop\"",
+         "t: security.cache is \"private, no-cache\", \"no-store\" or \"private\"."},
+        {"[security]\nframe_ancestors = \"a; script-src *\"",
+         "t: security.frame_ancestors are sources with blanks between them, such as \"'self' "
+         "https://other.example\"."},
         {"[site]\ndefault_pages = \"a\"", "t, line 2: site.default_pages is a list of texts."},
         {"[site]\ncode_page = 7", "t: site.code_page 7 is not known."},
         {"[mail]\nserver = \"m.example\"", "t: mail.server begins with smtp:// or smtps://."},
