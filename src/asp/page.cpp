@@ -90,8 +90,7 @@ void Page::prepare(const Directives& directives) {
     if (const auto lcid = state && state->lcid ? state->lcid : directives.lcid)
         if (const Locale* locale = Locale::find(*lcid))
             set_current_locale(*locale);
-    session_ = directives.session ? make_ref<Session>(state, [this] { return create_session(); })
-                                  : make_ref<Session>(nullptr, nullptr);
+    session_ = make_ref<Session>(state, with_session_ ? this : nullptr);
     request_ = make_ref<Request>(
         request_data_, RequestPlace{site_.paths.root() + paths_.front(), site_.paths.root(), code_page});
     objects_ = {response_, request_, session_, server_, application_};
@@ -135,11 +134,23 @@ void Page::set_script_timeout(std::int32_t seconds) {
 }
 
 SessionState* Page::create_session() {
+    if (lease_.overtaken()) {
+        // The client has another ID by now, which a cookie with a third one would take from it.
+        passing_session_ = std::make_unique<SessionState>("", 0, site_.settings.session_minutes);
+        return passing_session_.get();
+    }
     std::shared_ptr<SessionState> state = site_.sessions.create();
     state->turnstile.enter([] {}); // nobody else knows it yet
-    lease_ = SessionLease(site_.sessions, state);
-    new_session_ = true;
+    lease_ = SessionLease(site_.sessions, state, state->id);
+    new_session_id_ = true;
     return state.get();
+}
+
+void Page::renew_session(SessionState& session) {
+    if (&session == passing_session_.get())
+        return; // nobody has its ID
+    site_.sessions.renew(session);
+    new_session_id_ = true;
 }
 
 // --- Ending ----------------------------------------------------------------------------------------
@@ -162,7 +173,7 @@ HttpResponse Page::finish() {
     if (with_session_)
         response_->add_private_headers(site_.settings.session_cache, site_.settings.frame_ancestors);
     HttpResponse response = response_->take();
-    if (const SessionState* session = lease_.session(); session && new_session_)
+    if (const SessionState* session = lease_.session(); session && new_session_id_)
         response.headers.push_back({"Set-Cookie", std::string(kSessionCookie) + '=' + session->id +
                                                       "; path=/; HttpOnly; SameSite=Lax" +
                                                       (request_data_->secure ? "; Secure" : "")});

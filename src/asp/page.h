@@ -29,7 +29,7 @@ HttpResponse plain_message(int status);
 
 // One request of a page, from start to end on one thread: the page's intrinsic objects, and the host of what
 // it creates. Lives for run(); objects that a session keeps longer are detached.
-class Page final : public vbscript::Environment, public platform::Host {
+class Page final : public vbscript::Environment, public platform::Host, public SessionOwner {
 public:
     // `site_path`: the page's plain virtual path in its real spelling. `lease`: the session of the client, if
     // it has one. `interrupt` may be stopped by other threads; it gets its deadline here.
@@ -54,6 +54,10 @@ public:
     void transfer(const std::string& path);
 
     PageFault last_fault() const { return fault_; }
+
+    // --- For the Session object
+    SessionState* create_session() override;
+    void renew_session(SessionState& session) override;
 
     // --- vbscript::Environment
     Ref<Object> create_object(std::string_view program_id) override;
@@ -91,7 +95,6 @@ private:
     void run_program(const CompiledPage& page);
     HttpResponse finish();
     void fail(PageFault fault, int status);
-    SessionState* create_session();
 
     Site& site_;
     std::shared_ptr<const HttpRequest> request_data_;
@@ -100,8 +103,9 @@ private:
     Interrupt& interrupt_;
     const Interrupt::Clock::time_point started_ = Interrupt::Clock::now();
     std::int32_t script_seconds_;
-    bool with_session_ = false; // EnableSessionState
-    bool new_session_ = false;
+    bool with_session_ = false;                     // EnableSessionState
+    bool new_session_id_ = false;                   // which the client has to be told
+    std::unique_ptr<SessionState> passing_session_; // of a page whose session was renewed while it waited
     PageFault fault_;
 
     Ref<Response> response_;

@@ -30,7 +30,7 @@ const ClassInfo& Session::class_info() const {
                           property<&Session::timeout, &Session::set_timeout>("Timeout"),
                           property<&Session::lcid, &Session::set_lcid>("LCID"),
                           property<&Session::code_page, &Session::set_code_page>("CodePage"),
-                          method<&Session::abandon>("Abandon")});
+                          method<&Session::abandon>("Abandon"), method<&Session::renew>("Renew")});
     }();
     return info;
 }
@@ -39,11 +39,15 @@ std::unique_ptr<Enumerator> Session::enumerate() {
     return enumerate_texts(keys());
 }
 
-SessionState& Session::state() {
-    if (!state_ && create_)
-        state_ = create_();
-    if (!state_)
+void Session::check_has_page() const {
+    if (!owner_)
         throw asp_error(115, kObject, "the page has no session");
+}
+
+SessionState& Session::state() {
+    check_has_page();
+    if (!state_)
+        state_ = owner_->create_session();
     return *state_;
 }
 
@@ -118,6 +122,13 @@ void Session::set_code_page(std::int32_t code_page) {
 void Session::abandon() {
     if (state_)
         state_->abandoned = true; // it ends with the page; until then its values can be read
+}
+
+// A visitor without a session has no ID that anybody could know.
+void Session::renew() {
+    check_has_page();
+    if (state_ && !state_->abandoned)
+        owner_->renew_session(*state_);
 }
 
 } // namespace tabrixdb::asp

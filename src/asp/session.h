@@ -4,18 +4,22 @@
 #include "asp/values.h"
 #include "platform/page.h"
 
-#include <functional>
-
 namespace tabrixdb::asp {
+
+// What the Session object asks of its page.
+class SessionOwner {
+public:
+    virtual ~SessionOwner() = default;
+    virtual SessionState* create_session() = 0;
+    virtual void renew_session(SessionState& session) = 0;
+};
 
 // The Session object of one page. The client's session is made when something is first written into it, so
 // that a visitor who only reads costs nothing.
 class Session final : public platform::Session, public ValueOwner {
 public:
-    // `state`: nullptr when the client has no session yet; `create` makes one.
-    Session(SessionState* state, std::function<SessionState*()> create)
-        : state_(state),
-          create_(std::move(create)) {}
+    // `state`: nullptr when the client has no session yet. `owner`: nullptr for a page without sessions.
+    Session(SessionState* state, SessionOwner* owner) : state_(state), owner_(owner) {}
 
     const ClassInfo& class_info() const override;
     std::unique_ptr<Enumerator> enumerate() override;
@@ -26,11 +30,12 @@ public:
     // The page has ended: the object may live on, the session is not its any more.
     void detach() noexcept {
         state_ = nullptr;
-        create_ = nullptr;
+        owner_ = nullptr;
     }
 
 private:
-    SessionState& state(); // makes one; ASP 0115 without a page
+    void check_has_page() const; // ASP 0115 without one, or when it has no sessions
+    SessionState& state();       // makes one
 
     Variant read(const Variant& key) override;
     void write(const Variant& key, Variant value) override;
@@ -57,9 +62,10 @@ private:
     std::int32_t code_page() const;
     void set_code_page(std::int32_t code_page);
     void abandon();
+    void renew();
 
     SessionState* state_;
-    std::function<SessionState*()> create_;
+    SessionOwner* owner_;
 };
 
 } // namespace tabrixdb::asp

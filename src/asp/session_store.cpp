@@ -71,6 +71,20 @@ std::shared_ptr<SessionState> SessionStore::find(std::string_view id) {
     return kept->session;
 }
 
+void SessionStore::renew(SessionState& session) {
+    std::string id = random_id();
+    const std::lock_guard lock(mutex_);
+    const auto found = by_id_.find(session.id);
+    if (found == by_id_.end()) { // it had to make room
+        session.id = std::move(id);
+        return;
+    }
+    const List::iterator kept = found->second;
+    by_id_.erase(found); // its key lies in the ID
+    session.id = std::move(id);
+    by_id_.emplace(session.id, kept);
+}
+
 void SessionStore::touch(const SessionState& session) {
     const std::lock_guard lock(mutex_);
     const auto found = by_id_.find(session.id);
@@ -120,7 +134,7 @@ void SessionLease::release() {
     const std::shared_ptr<SessionState> session = std::exchange(session_, nullptr);
     if (session->abandoned)
         store_->remove(*session);
-    else
+    else if (!overtaken_)
         store_->touch(*session);
     session->turnstile.leave();
 }

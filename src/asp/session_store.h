@@ -22,14 +22,15 @@ inline constexpr std::string_view kSessionCookie = "TABRIXSESSION";
 // Longest Session.Timeout, in minutes: a day, as on the platform.
 inline constexpr std::int32_t kMaxSessionMinutes = 1440;
 
-// What a session keeps between requests. Used by whoever is inside its turnstile.
+// What a session keeps between requests. Used by whoever is inside its turnstile; `id` is changed by the
+// store alone.
 struct SessionState {
     SessionState(std::string session_id, std::int32_t session_number, std::int32_t session_minutes)
         : id(std::move(session_id)),
           number(session_number),
           minutes(session_minutes) {}
 
-    const std::string id;      // the cookie's value: a secret of the client
+    std::string id;            // the cookie's value: a secret of the client
     const std::int32_t number; // Session.SessionID, which pages may show
     Values values;
     std::int32_t minutes;
@@ -50,6 +51,8 @@ public:
     std::shared_ptr<SessionState> create();
     // The session that a client names, which counts as its use; nullptr when there is none.
     std::shared_ptr<SessionState> find(std::string_view id);
+    // Gives the session another ID; from now on the old one names none. Called inside its turnstile.
+    void renew(SessionState& session);
     // The session was used until now.
     void touch(const SessionState& session);
     void remove(const SessionState& session);
@@ -87,10 +90,12 @@ class SessionLease {
 public:
     SessionLease() = default;
 
-    // The turnstile was entered by the caller.
-    SessionLease(SessionStore& store, std::shared_ptr<SessionState> session)
+    // The turnstile was entered by the caller. `id`: with which the session was asked for. Whoever waited
+    // for his turn while the session got another ID may not know that, so that he has no session.
+    SessionLease(SessionStore& store, std::shared_ptr<SessionState> session, std::string_view id)
         : store_(&store),
-          session_(std::move(session)) {}
+          session_(std::move(session)),
+          overtaken_(session_->id != id) {}
 
     SessionLease(SessionLease&&) = default;
 
@@ -98,13 +103,19 @@ public:
         release();
         store_ = other.store_;
         session_ = std::move(other.session_);
+        overtaken_ = other.overtaken_;
         return *this;
     }
 
     ~SessionLease() { release(); }
 
-    // nullptr without a session, and for one that was abandoned while this waited for its turn.
-    SessionState* session() const { return session_ && !session_->abandoned ? session_.get() : nullptr; }
+    // nullptr without a session, and for one that was abandoned or renewed while this waited for its turn.
+    SessionState* session() const {
+        return session_ && !overtaken_ && !session_->abandoned ? session_.get() : nullptr;
+    }
+
+    // Whether the session was renewed while this waited.
+    bool overtaken() const { return overtaken_; }
 
     // Leaves the session; an abandoned one ends.
     void release();
@@ -112,6 +123,7 @@ public:
 private:
     SessionStore* store_ = nullptr;
     std::shared_ptr<SessionState> session_;
+    bool overtaken_ = false;
 };
 
 } // namespace tabrixdb::asp

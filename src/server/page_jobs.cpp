@@ -48,8 +48,8 @@ void PageJobs::run(std::shared_ptr<const asp::HttpRequest> request, std::string 
     const std::shared_ptr<asp::SessionState> session = id.empty() ? nullptr : site_.sessions.find(id);
     if (!session)
         return start(job);
-    const bool let_in = session->turnstile.enter([this, job, session] {
-        job->lease = asp::SessionLease(site_.sessions, session);
+    const bool let_in = session->turnstile.enter([this, job, session, id] {
+        job->lease = asp::SessionLease(site_.sessions, session, id);
         start(job);
     });
     if (!let_in)

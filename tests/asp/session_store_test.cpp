@@ -56,13 +56,53 @@ TEST(SessionStore, ForgetsAnAbandonedSessionWithItsLease) {
     const auto session = store.create();
     session->turnstile.enter([] {});
     {
-        const SessionLease lease(store, session);
+        const SessionLease lease(store, session, session->id);
         EXPECT_EQ(lease.session(), session.get());
         session->abandoned = true;
         EXPECT_EQ(lease.session(), nullptr);
     }
     EXPECT_EQ(store.size(), 0U);
     EXPECT_FALSE(session->turnstile.busy());
+}
+
+TEST(SessionStore, RenewsAnIdAndForgetsTheOld) {
+    SessionStore store(20, 2);
+    const auto session = store.create();
+    session->values.set("a", Variant(std::int32_t{1}));
+    const std::string first = session->id;
+    store.renew(*session);
+    const std::string second = session->id;
+    store.renew(*session);
+    EXPECT_EQ(store.find(first), nullptr);
+    EXPECT_EQ(store.find(second), nullptr);
+    EXPECT_EQ(store.find(session->id), session);
+    EXPECT_EQ(store.size(), 1U);
+    store.touch(*session);
+    store.create();
+    store.create();
+    store.create();
+    EXPECT_EQ(store.find(session->id), session); // which counts as one whose client came back
+    store.remove(*session);
+    store.renew(*session); // it has gone
+    EXPECT_EQ(store.find(session->id), nullptr);
+    EXPECT_EQ(store.size(), 1U);
+}
+
+TEST(SessionStore, LeavesThoseWhoWaitedWithAnOldIdWithoutASession) {
+    SessionStore store(20);
+    const auto session = store.create();
+    const std::string old = session->id;
+    session->turnstile.enter([] {});
+    SessionLease first(store, session, old), waiting;
+    session->turnstile.enter([&] { waiting = SessionLease(store, session, old); });
+    store.renew(*session);
+    EXPECT_EQ(first.session(), session.get());
+    first.release();
+    EXPECT_EQ(waiting.session(), nullptr);
+    EXPECT_TRUE(waiting.overtaken());
+    waiting.release();
+    EXPECT_FALSE(session->turnstile.busy());
+    EXPECT_EQ(store.find(session->id), session);
 }
 
 TEST(Turnstile, LetsOneThroughAtATimeInOrder) {

@@ -92,7 +92,7 @@ private:
         if (!session)
             return {};
         session->turnstile.enter([] {});
-        return asp::SessionLease(site_.sessions, session);
+        return asp::SessionLease(site_.sessions, session, session_);
     }
 
     void keep_cookie(const asp::HttpResponse& response) {

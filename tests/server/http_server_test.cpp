@@ -127,6 +127,48 @@ TEST_F(HttpServerTest, KeepsSessionsApartAndRefusesForeignIds) {
     EXPECT_EQ(second.ask(get("/echo.asp")).header("Set-Cookie"), "");
 }
 
+TEST_F(HttpServerTest, RenewsASessionsId) {
+    const struct {
+        const char* script;
+        bool new_id;
+        bool old_lives;
+    } cases[] = {
+        {"Session.Renew", true, false},
+        {"Session.Renew : Session.Renew : Session.Renew", true, false},
+        {"Session.Renew : x = 1 / 0", true, false},
+        {"Session.Renew : Response.Flush : Response.Redirect \"x\"", true, false},
+        {"Response.Flush : Session.Renew", true, false},
+        {"x = Session.SessionID", false, true},
+        {"Session.Renew : Session.Abandon", false, false},
+        {"Session.Abandon : Session.Renew", false, false},
+    };
+
+    Client client(start());
+    const auto cookie_of = [](const Client::Answer& answer) {
+        const std::string set = answer.header("Set-Cookie");
+        return set.empty() ? set : "Cookie: " + set.substr(0, set.find(';')) + "\r\n";
+    };
+    int number = 0;
+    for (const auto& c : cases) {
+        const std::string page = "case" + std::to_string(++number) + ".asp";
+        folder.write(page, "<% " + std::string(c.script) + " %>");
+        const std::string old = cookie_of(client.ask(get("/count.asp")));
+        const std::string renewed = cookie_of(client.ask(get("/" + page, old)));
+        EXPECT_EQ(!renewed.empty(), c.new_id) << c.script;
+        EXPECT_EQ(client.ask(get("/count.asp", old)).body, c.old_lives ? "2" : "1") << c.script;
+        if (c.new_id) {
+            EXPECT_EQ(client.ask(get("/count.asp", renewed)).body, "2") << c.script;
+        }
+    }
+    // A visitor without a session has nothing to renew; a page without sessions can't.
+    const Client::Answer first = client.ask(get("/case1.asp"));
+    EXPECT_EQ(std::to_string(first.status) + cookie_of(first), "200");
+    folder.write("none.asp", "<%@ EnableSessionState=False %><% Session.Renew %>");
+    const Client::Answer none = client.ask(get("/none.asp"));
+    EXPECT_EQ(none.status, 500);
+    EXPECT_NE(none.body.find("the page has no session"), std::string::npos) << none.body;
+}
+
 TEST_F(HttpServerTest, KeepsPagesWithASessionToThemselves) {
     const struct {
         const char* script;
