@@ -89,6 +89,10 @@ void Connection::rollback_transaction() {
     session()->rollback_transaction();
 }
 
+void Connection::after_commit(std::function<void()> action) {
+    session()->after_commit(std::move(action));
+}
+
 std::vector<platform::DataError> Connection::errors() const {
     const auto& records = session_ && session_->is_open() ? session_->database().errors() : open_errors_;
     std::vector<platform::DataError> errors;

@@ -29,6 +29,7 @@ public:
     std::int32_t begin_transaction() override;
     void commit_transaction() override;
     void rollback_transaction() override;
+    void after_commit(std::function<void()> action) override;
 
     std::vector<platform::DataError> errors() const override;
 

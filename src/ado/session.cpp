@@ -51,6 +51,7 @@ void Session::close() noexcept {
     end_snapshot();
     if (in_transaction_) {
         in_transaction_ = false;
+        after_commit_.clear();
         try {
             database_->rollback();
         } catch (const Error&) {
@@ -137,6 +138,8 @@ void Session::commit_transaction() {
     if (!in_transaction_)
         throw Error(kNoTransaction, "No transaction is active.", std::string(kConnectionSource));
     finish_transaction(&Database::commit);
+    for (const std::function<void()>& action : std::exchange(after_commit_, {}))
+        action();
 }
 
 void Session::rollback_transaction() {
@@ -144,6 +147,14 @@ void Session::rollback_transaction() {
         throw Error(kNoTransaction, "No transaction is active.", std::string(kConnectionSource));
     before_write();
     finish_transaction(&Database::rollback);
+    after_commit_.clear();
+}
+
+void Session::after_commit(std::function<void()> action) {
+    if (in_transaction_)
+        after_commit_.push_back(std::move(action));
+    else
+        action();
 }
 
 void Session::finish_transaction(void (Database::*finish)()) {
@@ -151,6 +162,8 @@ void Session::finish_transaction(void (Database::*finish)()) {
         (database().*finish)();
     } catch (const Error&) {
         in_transaction_ = database().in_transaction(); // a lock leaves it open for another try
+        if (!in_transaction_)
+            after_commit_.clear();
         throw;
     }
     in_transaction_ = false;

@@ -3,6 +3,7 @@
 #include "ado/provider.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -70,6 +71,8 @@ public:
     void begin_transaction();
     void commit_transaction();
     void rollback_transaction();
+    // Called after the commit of the open transaction, or now when there is none.
+    void after_commit(std::function<void()> action);
 
     bool in_transaction() const noexcept { return in_transaction_; }
 
@@ -84,6 +87,7 @@ private:
     bool in_snapshot_ = false;
     bool in_transaction_ = false;
     std::uint64_t writes_ = 0;
+    std::vector<std::function<void()>> after_commit_;
 };
 
 // Ends the read transactions that recordsets of this thread still hold. A host calls it at the end of each

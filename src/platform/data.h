@@ -3,6 +3,7 @@
 #include "automation/object.h"
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -79,6 +80,9 @@ public:
     virtual std::int32_t begin_transaction() = 0;
     virtual void commit_transaction() = 0;
     virtual void rollback_transaction() = 0;
+    // Does it once what was written until now can't be taken back any more: now, or within a transaction
+    // after its commit. After a rollback, or when the connection is closed before, never. It must not throw.
+    virtual void after_commit(std::function<void()> action) = 0;
     // The errors of the last call that failed, oldest first.
     virtual std::vector<DataError> errors() const = 0;
 };
