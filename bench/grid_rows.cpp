@@ -56,6 +56,8 @@ public:
     void end() override {}
 
     bool ended() const override { return false; }
+
+    void set_failed() override {}
 };
 
 class PageRequest final : public platform::Request {
@@ -144,6 +146,8 @@ public:
 
 class PageHost final : public platform::Host {
 public:
+    bool tells_visitors() override { return true; }
+
     const platform::PageObjects& page() override { return objects_; }
 
     Ref<platform::Connection> create_connection() override { return make_ref<ado::Connection>(); }

@@ -91,7 +91,8 @@ std::string taken(std::string_view& input) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const Folder folder;
-    static asp::Site site(folder.root, {.script_seconds = 5}, [](std::string_view) {});
+    static asp::Site site(folder.root, {.script_seconds = 5, .tell_visitors = true, .log_changes = true},
+                          [](std::string_view) {});
 
     std::string_view input(reinterpret_cast<const char*>(data), size);
     auto request = std::make_shared<asp::HttpRequest>();

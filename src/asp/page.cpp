@@ -5,13 +5,16 @@
 #include "asp/asp_error.h"
 #include "asp/classes.h"
 #include "asp/code_page.h"
+#include "asp/encoding.h"
 #include "automation/locale.h"
+#include "engine/report.h"
 #include "mail/new_mail.h"
 #include "scripting/classes.h"
 #include "scripting/script_control.h"
 #include "vbscript/library.h"
 
 #include <new>
+#include <utility>
 
 namespace tabrixdb::asp {
 
@@ -99,6 +102,14 @@ void Page::prepare(const Directives& directives) {
 void Page::run_program(const CompiledPage& page) {
     const scripting::ScriptControl::Run controls;
     vbscript::Machine machine(*this, interrupt_, {.recursion = site_.settings.recursion});
+
+    struct AtWork {
+        const vbscript::Machine*& machine;
+        const vbscript::Machine* const outer;
+
+        ~AtWork() { machine = outer; }
+    } const at_work{machine_, std::exchange(machine_, &machine)};
+
     machine.run(page.program);
 }
 
@@ -156,15 +167,18 @@ void Page::renew_session(SessionState& session) {
 // --- Ending ----------------------------------------------------------------------------------------
 
 void Page::fail(PageFault fault, int status) {
-    site_.log(std::to_string(status) + ' ' + fault.summary());
     fault_ = std::move(fault);
+    if (!response_->flushed())
+        response_->set_status_code(status);
+    const std::string reference = log_failure_of(fault_.file, fault_.summary(), "");
     try {
-        if (!response_->flushed())
-            response_->set_status_code(status);
         // What was written stays, as the message's surroundings; a picture or a table of text makes room.
         if (!response_->is_html())
             response_->reset();
-        response_->write(response_->empty() ? message_page(status, fault_.html()) : fault_.html());
+        const std::string html = tells_visitors()
+                                     ? without_disk_paths(fault_.html())
+                                     : "<p>" + html_encode(visitors_message(reference)) + "</p>\r\n";
+        response_->write(response_->empty() ? message_page(status, html) : html);
     } catch (const Error&) { // the response is full: its beginning is what there is
     }
 }

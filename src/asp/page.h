@@ -15,6 +15,7 @@
 #include "vbscript/machine.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -82,6 +83,13 @@ public:
 
     void log(std::string_view line) override { site_.log(line); }
 
+    std::string log_failure(std::string_view failure, std::string_view reference) override;
+
+    bool tells_visitors() override { return site_.settings.tell_visitors; }
+
+    std::string without_disk_paths(std::string_view text) override;
+    std::optional<std::string> logged_visitor() override;
+
     std::string bytes_of_text(std::string_view text) override {
         return encode_single_bytes(text, site_.settings.code_page);
     }
@@ -95,6 +103,8 @@ private:
     void run_program(const CompiledPage& page);
     HttpResponse finish();
     void fail(PageFault fault, int status);
+    // `file`: where it is, which is said already; `reference`: "" makes one. Returns the reference.
+    std::string log_failure_of(std::string_view file, std::string_view failure, std::string_view reference);
 
     Site& site_;
     std::shared_ptr<const HttpRequest> request_data_;
@@ -107,6 +117,7 @@ private:
     bool new_session_id_ = false;                   // which the client has to be told
     std::unique_ptr<SessionState> passing_session_; // of a page whose session was renewed while it waited
     PageFault fault_;
+    const vbscript::Machine* machine_ = nullptr; // of the page at work
 
     Ref<Response> response_;
     Ref<Request> request_;

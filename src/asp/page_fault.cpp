@@ -2,6 +2,7 @@
 
 #include "asp/encoding.h"
 #include "asp/http.h"
+#include "automation/log_text.h"
 #include "automation/member.h"
 
 #include <algorithm>
@@ -13,6 +14,9 @@ namespace {
 
 // Run-time error numbers of the script stand in the low half of &H800A0000.
 constexpr std::uint32_t kScriptFacility = 0x800A0000;
+
+// Of a description in the log: it can repeat what a visitor has sent.
+constexpr std::size_t kMaxSummaryBytes = 4000;
 
 // "ADODB.Recordset" as it is; the script engine's own name of itself ends with the word that follows anyway.
 std::string_view without_error(std::string_view source) {
@@ -43,20 +47,20 @@ PageFault fault_of(const vbscript::ScriptError& error) {
     fault.category = without_error(error.compile_error ? vbscript::kCompileErrorSource
                                    : source.empty()    ? vbscript::kRuntimeErrorSource
                                                        : source);
-    fault.description = error.description();
+    fault.description = without_passwords(error.description());
     if (fault.asp_code)
         fault.asp_description = asp_fault(fault.asp_code).text;
     fault.file = error.file;
     fault.line = error.position.line;
     fault.column = error.position.column;
     if (error.compile_error)
-        fault.source_line = error.source_line;
+        fault.source_line = without_passwords(error.source_line);
     return fault;
 }
 
 PageFault fault_of(const PageError& error) {
     PageFault fault = fault_of(error.code, error.file);
-    fault.description = error.description();
+    fault.description = without_passwords(error.description());
     fault.line = error.line;
     return fault;
 }
@@ -100,7 +104,8 @@ std::string place_of(const PageFault& fault) {
 } // namespace
 
 std::string PageFault::summary() const {
-    return head_of(*this) + ' ' + description + (file.empty() ? "" : " in " + place_of(*this));
+    return head_of(*this) + ' ' + shortened(description, kMaxSummaryBytes) +
+           (file.empty() ? "" : " in " + place_of(*this));
 }
 
 std::string PageFault::html() const {

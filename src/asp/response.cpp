@@ -123,6 +123,11 @@ void Response::end() {
         interrupt_->stop(Interrupt::Reason::Ended);
 }
 
+void Response::set_failed() {
+    if (!flushed_ && !status_chosen_)
+        status_ = 500;
+}
+
 void Response::clear() {
     if (!buffered_)
         throw asp_error(159, kObject);
@@ -143,6 +148,7 @@ void Response::redirect(const std::string& address) {
     const std::string location = encode_location(address);
     body_.clear();
     status_ = 302;
+    status_chosen_ = true;
     reason_.clear();
     headers_.push_back({"Location", location});
     content_type_ = "text/html";
@@ -226,6 +232,7 @@ void Response::set_status(const std::string& status) {
     if (error != std::errc() || code < 200 || code > 599) // 1xx would not be an answer
         throw Error(kErrorCall);
     status_ = code;
+    status_chosen_ = true;
     reason_ = status.substr(
         std::min<std::size_t>(static_cast<std::size_t>(end - status.data()) + 1, status.size()));
 }

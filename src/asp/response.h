@@ -30,6 +30,8 @@ public:
 
     bool ended() const override { return ended_; }
 
+    void set_failed() override;
+
     void detach() noexcept { interrupt_ = nullptr; }
 
     // For the host. Takes what was not flushed, and the page's own headers, back.
@@ -40,6 +42,8 @@ public:
     bool is_html() const noexcept;
 
     bool empty() const noexcept { return body_.empty(); }
+
+    int status_code() const noexcept { return status_; }
 
     void set_status_code(int status) { status_ = status; }
 
@@ -104,6 +108,7 @@ private:
     bool buffered_ = true;
     bool ended_ = false;
     int status_ = 200;
+    bool status_chosen_ = false; // by the page
     std::string reason_;
     std::string content_type_ = "text/html";
     std::string charset_;

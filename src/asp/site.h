@@ -25,6 +25,9 @@ struct PageSettings {
     std::string session_cache = "private, no-cache";
     std::string frame_ancestors = "'self'";
     mail::Settings mail = {};
+    bool tell_visitors = false;        // what has failed, in place of a reference to the log
+    bool log_changes = false;          // who changed which record
+    std::string log_user_key = "user"; // the session's key for the name of who is logged in
 
     static constexpr std::uint32_t kUtf8Default = 65001;
 };

@@ -57,7 +57,7 @@ void Calendar::set_template(const std::string& path) {
 std::string Calendar::show(const Variant& date) {
     return guard("Calendar Show", [&]() -> std::string {
         if (const std::string missing = missing_sections(template_); !missing.empty()) {
-            report({"", "Invalid Syntax: <br>" + missing, "", "Calendar Show"});
+            report({"", "Invalid Syntax: <br>" + missing, "", "Calendar Show", true});
             return {};
         }
         const LocaleScope language(language_of(lcid));

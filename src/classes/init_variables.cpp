@@ -37,9 +37,7 @@ Pro::Pro() {
     try {
         init_variables();
     } catch (const Error& error) {
-        // The error page may not be usable yet, so this is one plain line.
-        response().write(std::to_string(error.number()) + " " + html_encode(error.description()) +
-                         " Raised From InitVariables");
+        report_plainly(error, "InitVariables"); // the error page may not be usable yet
     }
 }
 

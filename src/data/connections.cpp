@@ -1,5 +1,6 @@
 #include "data/connections.h"
 
+#include "automation/log_text.h"
 #include "engine/report.h"
 
 namespace tabrixdb {
@@ -24,8 +25,8 @@ std::string list_errors(const platform::Connection& connection) {
     try {
         for (const platform::DataError& error : connection.errors()) {
             list += "\r\n<br>ADO Error  #" + std::to_string(error.number);
-            list += "\r\n<br>Description " + html_encode(error.description);
-            list += "\r\n<br>Source      " + html_encode(error.source);
+            list += "\r\n<br>Description " + html_encode(without_passwords(error.description));
+            list += "\r\n<br>Source      " + html_encode(without_passwords(error.source));
         }
     } catch (const Error&) {
         // deliberately ignored: the failure itself has been reported
@@ -45,9 +46,9 @@ void create_connection(Pro& pro, std::string_view id, std::string& connection_st
             connection->open(connection_string, "", "", kUnspecified);
         pro.connections->add(connection, id);
     } catch (const Error& error) {
-        report(trapped(error, "CreateConnection"));
+        const std::string reference = report(trapped(error, "CreateConnection"));
         if (pro.ado_errors)
-            report_also({"", list_errors(*connection), "ADO Errors", "CreateConnection"});
+            report_also({"", list_errors(*connection), "ADO Errors", "CreateConnection"}, reference);
     }
 }
 

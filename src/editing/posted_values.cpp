@@ -37,7 +37,7 @@ void assign(const Edit& edit, std::size_t column, const DbField& field, const st
         edit.records().set_value(column, Variant(value));
     } catch (const Error& error) {
         if (!edit.shown.is_posted())
-            throw;
+            throw InputError(error);
         const bool computed = (info.attributes & platform::kFieldUpdatable) == 0;
         throw bad_value(field, computed ? error.description()
                                         : "\"" + value + "\" is not " + expected_by(info) + ".");
@@ -68,9 +68,9 @@ void take_upload(const Edit& edit, const DbField& field, const std::string& file
         if (file.find_first_of("/\\:") != std::string::npos || file.starts_with('.'))
             throw Error(53);
         copy_file_to_field(edit.records(), field.name, server().map_path("/TabrixDb/temp/" + file));
-    } catch (const Error&) {
+    } catch (const Error& error) {
         if (!edit.shown.is_posted())
-            throw;
+            throw InputError(error);
         throw bad_value(field, "The file \"" + file + "\" was not received; choose it once more.");
     }
 }
@@ -121,7 +121,7 @@ bool assign_values(const Edit& edit, const PostedForm& form, std::int16_t row, s
             const std::string message = "The Field " + html_encode(field.name) + " Cannot be Zero Length.";
             if (edit.shown.is_posted())
                 throw Refusal{message};
-            report({"", message, "TabrixDb", std::string(label)});
+            report({"", message, "TabrixDb", std::string(label), true});
             return false;
         }
         if (!upload)

@@ -35,7 +35,7 @@ void write(const Edit& edit, Write operation) {
         operation();
     } catch (const Error& error) {
         if (!edit.shown.is_posted())
-            throw;
+            throw InputError(error);
         throw not_written(error.description(), intent(edit));
     }
 }

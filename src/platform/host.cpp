@@ -55,6 +55,22 @@ bool Host::may_mail_error(std::string_view) {
 
 void Host::log(std::string_view) {}
 
+std::string Host::log_failure(std::string_view, std::string_view) {
+    return {};
+}
+
+bool Host::tells_visitors() {
+    return false;
+}
+
+std::string Host::without_disk_paths(std::string_view text) {
+    return std::string(text);
+}
+
+std::optional<std::string> Host::logged_visitor() {
+    return std::nullopt;
+}
+
 bool Host::permits_any_command() {
     return false;
 }

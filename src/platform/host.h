@@ -122,6 +122,20 @@ public:
     // Writes a line for the site's administrator.
     virtual void log(std::string_view line);
 
+    // The same for a failure, with the page and the line of its script that is at work. Returns the reference
+    // under which it stands there, a few letters and digits; "" when nothing is written. `reference`: of the
+    // failure that this one is a consequence of, "" for a new one.
+    virtual std::string log_failure(std::string_view failure, std::string_view reference);
+
+    // Whether visitors are told what has failed; otherwise they get its reference only.
+    virtual bool tells_visitors();
+    // A text or HTML as visitors may read it: paths of the disk become addresses of the site, others are cut
+    // to the name of their file.
+    virtual std::string without_disk_paths(std::string_view text);
+
+    // Who makes a change now, and where, for the log; nullopt when changes of records are not logged.
+    virtual std::optional<std::string> logged_visitor();
+
     // Whether the site lets every grid take every command that changes records, offered or not.
     virtual bool permits_any_command();
 

@@ -22,6 +22,8 @@ public:
     // written until then still belongs to the page.
     virtual void end() = 0;
     virtual bool ended() const = 0;
+    // The page has failed: its status says so, unless the page has chosen one itself or it has left already.
+    virtual void set_failed() = 0;
 };
 
 class Request : public Object {

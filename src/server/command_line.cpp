@@ -1,6 +1,7 @@
 #include "server/command_line.h"
 
 #include "asp/page.h"
+#include "automation/log_text.h"
 #include "server/databases.h"
 #include "server/http_server.h"
 #include "server/settings.h"
@@ -19,15 +20,6 @@
 namespace tabrixdb::server {
 
 namespace {
-
-// A message can repeat what a client sent: without its control characters it can't pass for several lines,
-// and can't speak to the terminal.
-std::string one_line(std::string_view message) {
-    std::string line(message);
-    std::ranges::replace_if(
-        line, [](unsigned char c) { return c < ' ' || c == 0x7F; }, ' ');
-    return line;
-}
 
 namespace fs = std::filesystem;
 
@@ -234,10 +226,12 @@ int run(const RunOptions& options, std::ostream& out, std::ostream& err) {
         throw UsageError("There is no page " + options.page.string() + '.');
     const fs::path folder = options.site ? *options.site : site_of(page);
     check_site(folder);
-    const Settings settings = read_settings(folder);
+    Settings settings = read_settings(folder);
+    settings.pages.tell_visitors = true; // who runs it may know
     create_databases(folder, settings.databases, err);
 
-    asp::Site site(folder, settings.pages, [&](std::string_view line) { err << line << std::endl; });
+    asp::Site site(folder, settings.pages,
+                   [&](std::string_view line) { err << one_line(line) << std::endl; });
     const std::string& root = site.paths.root();
     if (!page.string().starts_with(root + '/'))
         throw UsageError(options.page.string() + " does not lie in the site " + root + '.');

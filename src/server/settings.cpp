@@ -216,10 +216,23 @@ Settings read(const toml::table& file, const std::string& name) {
         !smtp.address.starts_with("smtps://"))
         throw SettingsError(name + ": mail.server begins with smtp:// or smtps://.");
 
+    std::string details = "log";
+    Section errors(file.get("errors"), "errors", name);
+    errors.text("details", details);
+    errors.finish();
+    if (details != "log" && details != "visitor")
+        throw SettingsError(name + ": errors.details is \"log\" or \"visitor\".");
+    settings.pages.tell_visitors = details == "visitor";
+
+    Section log(file.get("log"), "log", name);
+    log.boolean("changes", settings.pages.log_changes);
+    log.text("user_key", settings.pages.log_user_key);
+    log.finish();
+
     read_databases(file, name, settings);
     for (const auto& [key, node] : file) {
-        constexpr std::string_view kSections[] = {"server", "limits", "session", "security",
-                                                  "site",   "mail",   "database"};
+        constexpr std::string_view kSections[] = {"server", "limits", "session", "security", "site",
+                                                  "mail",   "errors", "log",     "database"};
         if (std::ranges::find(kSections, key.str()) == std::end(kSections))
             throw SettingsError(name + ", line " + std::to_string(node.source().begin.line) + ": " +
                                 std::string(key.str()) + " is no setting.");

@@ -44,6 +44,10 @@ bool Machine::is_running() const noexcept {
     return state_->is_running();
 }
 
+std::optional<Whereabouts> Machine::whereabouts() const {
+    return state_->whereabouts();
+}
+
 // --- State: entrances ------------------------------------------------------------------------------
 
 Machine::State::State(Environment& environment, Interrupt& interrupt, Limits limits)
@@ -429,6 +433,17 @@ bool Machine::State::hold(const Error& error, std::size_t base) {
     const Program& program = *frame.unit->program;
     frame.at = program.code.data() + program.next_statement(frame.code_index());
     return true;
+}
+
+// What Eval and Execute run stands in no file: the statement that called them does.
+std::optional<Whereabouts> Machine::State::whereabouts() const {
+    for (auto frame = frames_.rbegin(); frame != frames_.rend(); ++frame) {
+        const Program& program = *frame->unit->program;
+        const Position at = position_of(program.source, program.place_of(frame->code_index()));
+        if (const std::string& file = program.source.files[at.file]; !file.empty())
+            return Whereabouts{file, at.line, at.column};
+    }
+    return std::nullopt;
 }
 
 Error named_error(std::int32_t number, std::string_view name) {

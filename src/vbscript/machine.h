@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 
 namespace tabrixdb::vbscript {
@@ -46,6 +47,13 @@ struct ExpressionVariables {
     std::span<const Variant> values;
 };
 
+// Where something of a script stands: the file as messages show it, line and column from 1.
+struct Whereabouts {
+    std::string file;
+    std::int32_t line = 0;
+    std::int32_t column = 0;
+};
+
 enum class Outcome : std::uint8_t { Finished, Stopped }; // Stopped: see Interrupt::reason()
 
 // One script engine: the global names of the units that it ran, and Err. Belongs to one thread at a time.
@@ -71,6 +79,8 @@ public:
     void add_object(std::string_view name, Ref<Object> object, bool members);
     // Whether any of its script is at work.
     bool is_running() const noexcept;
+    // The statement at work, of those that stand in a file; nullopt when there is none.
+    std::optional<Whereabouts> whereabouts() const;
 
     class State; // the engine's own files see inside
 

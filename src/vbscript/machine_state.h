@@ -130,6 +130,8 @@ public:
 
     bool is_running() const noexcept { return !frames_.empty(); }
 
+    std::optional<Whereabouts> whereabouts() const;
+
     // --- For the objects of its classes
     void enlist(Instance& instance) noexcept;
     void dismiss(Instance& instance) noexcept;

@@ -64,7 +64,7 @@ protected:
 };
 
 TEST_P(PageCases, WriteWhatIsExpected) {
-    Site site(kCases, {}, [](std::string_view) {});
+    Site site(kCases, {.tell_visitors = true}, [](std::string_view) {});
     Interrupt interrupt;
     Page page(site, std::make_shared<HttpRequest>(request()), "/" + GetParam() + ".asp", {}, interrupt);
     const HttpResponse response = page.run();

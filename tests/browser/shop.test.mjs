@@ -39,10 +39,10 @@ describe('the demo shop', () => {
         for (const file of files) {
             await visitor.tab.goto('/demo/');
             const [response] = await Promise.all([visitor.tab.waitForNavigation(), visitor.tab.locator(`.card a[href="${file}"]`).click()]);
-            assert.equal(response.status(), 200, file);
+            assert.equal(response.status(), file === 'error.asp' ? 500 : 200, file);
             assert.equal(await visitor.tab.evaluate('document.compatMode'), 'CSS1Compat', `${file} writes something before its doctype`);
         }
-        assert.deepEqual(visitor.complaints, []);
+        assert.deepEqual(visitor.complaints.filter((complaint) => !complaint.includes('status of 500')), []);
     });
 
     test('the smallest grid shows the first rows of its query, as the database has them', async () => {
@@ -181,7 +181,7 @@ describe('the demo shop', () => {
             assert.match(shown, what, kind);
             assert.match(shown, new RegExp(`Page: ${visitor.url}/demo/error\\.asp\\?kind=${kind}`), kind);
             assert.equal((await visitor.tab.content()).includes('This line is not reached'), false, kind);
-            assert.ok(response.status() < 500, kind);
+            assert.equal(response.status(), 500, kind);
         }
         const response = await visit('/demo/error.asp?kind=script');
         assert.equal(response.status(), 500);

@@ -134,6 +134,8 @@ test('errors are mailed to the administrator, so many an hour and their own not'
     assert.equal(mails.length, 2, 'the one that failed counted');
     assert.deepEqual([mails[0].subject, boxes([mails[0].from]), boxes(mails[0].to)], ['TabrixDb Error', ['<admin@site.example>'], ['<admin@site.example>']]);
     assert.match(mails[0].html, /^<BASE HREF="http:\/\/127[^]*CreateGrid - orders &lt;1&gt;/);
+    const [reference] = mails[0].html.match(/(?<=<p>Reference: )[A-Z2-9]{8}(?=<\/p>)/);
+    assert.match(site.log(), new RegExp(`500 ${reference} TabrixDb error 5 [^\\n]*CreateGrid - orders <1> in /fails.asp, line 6`));
     assert.match(site.log(), /An error was not mailed[^\n]*fails.asp[^\n]*CreateGrid - orders/);
 });
 

@@ -83,8 +83,12 @@ public:
         Interrupt interrupt;
         asp::HttpResponse response = asp::Page(site_, request, request->path, lease(), interrupt).run();
         keep_cookie(response);
+        status_ = response.status;
         return page_ = std::move(response.body);
     }
+
+    // Of the last page.
+    int status() const { return status_; }
 
 private:
     asp::SessionLease lease() {
@@ -122,6 +126,7 @@ private:
     asp::Site& site_;
     std::string session_;
     std::string page_;
+    int status_ = 0;
 };
 
 } // namespace tabrixdb::testing_pages

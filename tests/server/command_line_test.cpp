@@ -41,6 +41,15 @@ TEST(CommandLine, RunsAPageOfTheNearestSite) {
     const Result failed = tabrixdb({"run", (folder.path() / "a/b/fails.asp").string()});
     EXPECT_EQ(failed.code, kExitFailed);
     EXPECT_NE(failed.err.find("Division by zero in /a/b/fails.asp, line 1"), std::string::npos) << failed.err;
+    EXPECT_NE(failed.out.find("Division by zero"), std::string::npos) << failed.out;
+
+    // What the engine reports fails a page, too.
+    folder.write("report.asp",
+                 "<% Set db = Server.CreateObject(\"TabrixDb.Pro\") : db.CreateGrid \"g\", \"s\" %>");
+    const Result reported = tabrixdb({"run", (folder.path() / "report.asp").string()});
+    EXPECT_EQ(reported.code, kExitFailed);
+    EXPECT_NE(reported.out.find("/TabrixDb/tabrixdb_error.htm Not Found"), std::string::npos) << reported.out;
+    EXPECT_EQ(reported.out.find(folder.path().string()), std::string::npos) << reported.out;
 }
 
 TEST(CommandLine, SaysWhatItDoesNotUnderstand) {

@@ -3,6 +3,7 @@
 #include "tests/server/client.h"
 
 #include <memory>
+#include <mutex>
 #include <string>
 #include <thread>
 #include <vector>
@@ -38,13 +39,23 @@ protected:
 
     // Starts with the settings as they are now.
     std::uint16_t start() {
-        site = std::make_unique<asp::Site>(folder.path(), settings.pages, [](std::string_view) {});
+        site = std::make_unique<asp::Site>(folder.path(), settings.pages, [this](std::string_view line) {
+            const std::lock_guard lock(log_mutex);
+            log.append(line).append("\n");
+        });
         server = std::make_unique<HttpServer>(*site, settings);
         return server->port();
     }
 
+    std::string logged() {
+        const std::lock_guard lock(log_mutex);
+        return log;
+    }
+
     SiteFolder folder;
     Settings settings;
+    std::mutex log_mutex;
+    std::string log;
     std::unique_ptr<asp::Site> site;
     std::unique_ptr<HttpServer> server;
 };
@@ -381,9 +392,61 @@ TEST_F(HttpServerTest, StopsAnEndlessPageAndGoesOn) {
     const Client::Answer stopped = client.ask(get("/loop.asp"));
     EXPECT_EQ(stopped.status, 500);
     EXPECT_NE(stopped.body.find("before"), std::string::npos);
-    EXPECT_NE(stopped.body.find("ASP 0113"), std::string::npos);
+    EXPECT_NE(logged().find("error 'ASP 0113'"), std::string::npos) << logged();
     EXPECT_EQ(stopped.body.find("after"), std::string::npos);
     EXPECT_EQ(client.ask(get("/echo.asp?a=1")).body, "1|0");
+}
+
+// What a visitor is told leads to what the log says, and says nothing of it itself.
+TEST_F(HttpServerTest, TellsVisitorsWhereTheLogSaysMore) {
+    folder.write("script.asp", "<% x = CLng(\"Password='a;b';Pwd=c\") %>");
+    folder.write("engine.asp", "<% Set db = Server.CreateObject(\"TabrixDb.Pro\")\n"
+                               "db.CreateSource \"s\", \"x\", \"nowhere\" %>");
+    folder.write("inc/fails.inc", "<% Sub Fails\n\nSet c = Server.CreateObject(\"ADODB.Connection\")\n"
+                                  "c.Open \"Provider=SQLite;Data Source=\" & Server.MapPath(\"none.db\")\n"
+                                  "End Sub %>");
+    folder.write("included.asp", "<!-- #include file=\"inc/fails.inc\" --><% Fails %>");
+    folder.write("chosen.asp",
+                 "<% Response.Status = \"404 No such order\"\n"
+                 "Set db = Server.CreateObject(\"TabrixDb.Pro\") : db.CreateGrid \"g\", \"s\" %>");
+    folder.write("TabrixDb/tabrixdb_error.htm",
+                 "<i>#~tabrixdb_errnumber~#|#~tabrixdb_errdescription~#|#~tabrixdb_errsource~#|"
+                 "#~tabrixdb_errlocation~#</i>");
+    Client client(start());
+
+    const struct {
+        const char* page;
+        int status;
+        const char* in_log; // behind the reference
+    } cases[] = {
+        {"/script.asp", 500,
+         " TabrixDb VBScript runtime error '800a000d' Type mismatch: 'CLng' in /script.asp, line 1, column "
+         "4"},
+        {"/engine.asp", 500,
+         " TabrixDb error 5 Invalid procedure call or argument: 'nowhere' | CreateSource in /engine.asp, "
+         "line 2"},
+        {"/included.asp", 500,
+         "/none.db\" was not found. in /inc/fails.inc, line 4, column 1 (page /included.asp)"},
+        {"/chosen.asp", 404, " | CreateGrid - g in /chosen.asp, line 2"},
+    };
+
+    for (const auto& c : cases) {
+        const Client::Answer answer = client.ask(get(c.page));
+        EXPECT_EQ(answer.status, c.status) << c.page;
+        constexpr std::string_view kBefore = "this reference: ";
+        const std::size_t at = answer.body.find(kBefore);
+        ASSERT_NE(at, std::string::npos) << answer.body;
+        const std::string reference = answer.body.substr(at + kBefore.size(), 8);
+        const std::string lines = logged();
+        const std::size_t line = lines.find(std::to_string(c.status) + ' ' + reference + ' ');
+        ASSERT_NE(line, std::string::npos) << reference << " is not in: " << lines;
+        EXPECT_NE(lines.substr(line, lines.find('\n', line) - line + 1).find(std::string(c.in_log) + '\n'),
+                  std::string::npos)
+            << lines;
+        for (const char* hidden : {"Type mismatch", "nowhere", "none.db", "line ", ".asp", "|CreateSource"})
+            EXPECT_EQ(answer.body.find(hidden), std::string::npos) << answer.body;
+    }
+    EXPECT_EQ(client.ask(get("/engine.asp")).body.find("<i>"), 0U);
 }
 
 TEST_F(HttpServerTest, LetsASlowClientKeepNoWorker) {

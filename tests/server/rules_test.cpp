@@ -267,6 +267,11 @@ minutes = 3
 server = "smtps://m.example"
 require_tls = false
 errors_per_hour = 0
+[errors]
+details = "visitor"
+[log]
+changes = true
+user_key = "who"
 [[database]]
 file = "a.db"
 script = "a.sql"
@@ -286,6 +291,9 @@ script = "b.sql"
     EXPECT_EQ(settings.pages.mail.server.address, "smtps://m.example");
     EXPECT_FALSE(settings.pages.mail.server.require_tls);
     EXPECT_EQ(settings.pages.mail.errors_per_hour, 0U);
+    EXPECT_TRUE(settings.pages.tell_visitors);
+    EXPECT_TRUE(settings.pages.log_changes);
+    EXPECT_EQ(settings.pages.log_user_key, "who");
     EXPECT_FALSE(settings.same_origin_posts);
     EXPECT_EQ(settings.allowed_origins, std::vector<std::string>{"https://a"});
     EXPECT_EQ(settings.routes.upload_folders, (std::vector<std::string>{"/files/", "/a/b/"}));
@@ -322,6 +330,7 @@ TEST(Settings, RefusesWhatItDoesNotKnowByNameAndLine) {
         {"[site]\ndefault_pages = \"a\"", "t, line 2: site.default_pages is a list of texts."},
         {"[site]\ncode_page = 7", "t: site.code_page 7 is not known."},
         {"[mail]\nserver = \"m.example\"", "t: mail.server begins with smtp:// or smtps://."},
+        {"[errors]\ndetails = \"all\"", "t: errors.details is \"log\" or \"visitor\"."},
         {"[database]\nfile = \"a\"", "t, line 1: a database stands in a table of its own, [[database]]."},
         {"[[database]]\nfile = \"a\"", "t, line 1: database has a file and a script."},
     };
@@ -345,6 +354,8 @@ TEST(Settings, AreThoseOfTheDemoSite) {
     EXPECT_EQ(given.port, none.port);
     EXPECT_EQ(given.routes.default_pages, none.routes.default_pages);
     EXPECT_EQ(given.databases.size(), 1U);
+    EXPECT_TRUE(given.pages.tell_visitors); // but for this: it shows what it does
+    EXPECT_FALSE(none.pages.tell_visitors);
 }
 
 TEST(ContentTypes, KnowNoSourcesAndNoData) {
