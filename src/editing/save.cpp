@@ -1,6 +1,7 @@
 #include "editing/save.h"
 
 #include "automation/conversions.h"
+#include "editing/change_log.h"
 #include "editing/posted_values.h"
 #include "editing/refusal.h"
 #include "engine/report.h"
@@ -81,7 +82,9 @@ void stand_on_shown(const Edit& edit, const PostedForm& form, std::int16_t row) 
 }
 
 void remove_record(const Edit& edit) {
+    ChangeLog log = ChangeLog::of_delete(edit);
     write(edit, [&] { edit.records().remove(); });
+    log.written();
     edit.records().requery();
 }
 
@@ -102,9 +105,11 @@ void go_to_row(const Edit& edit, std::int16_t index) {
 
 void save_row(const Edit& edit, const PostedForm& form, std::int16_t row) {
     check_posted_values(edit, form, row);
+    ChangeLog log = ChangeLog::of_update(edit, form, row);
     if (!assign_values(edit, form, row, "Update Row"))
         return;
     write(edit, [&] { edit.records().update(); });
+    log.written();
     edit.records().requery();
     edit.state.set("_edit", false);
 }
@@ -121,8 +126,11 @@ void give_up(const Edit& edit, platform::Connection& connection) {
 
 void write_row(const Edit& edit, const PostedForm& form, std::int16_t row) {
     check_posted_values(edit, form, row);
-    if (assign_values(edit, form, row, "Update Grid"))
-        write(edit, [&] { edit.records().update(); });
+    ChangeLog log = ChangeLog::of_update(edit, form, row);
+    if (!assign_values(edit, form, row, "Update Grid"))
+        return;
+    write(edit, [&] { edit.records().update(); });
+    log.written();
 }
 
 // Each row that the form says it had controls for, wherever its record stands now.
@@ -188,11 +196,13 @@ EditResult add_record(const Edit& edit) {
             const PostedForm form(edit.source, edit.shown, FormMode::Add);
             stand_by_form(edit);
             check_posted_values(edit, form, 0);
+            ChangeLog log = ChangeLog::of_add(edit);
             records.add_new();
             if (!assign_values(edit, form, 0, "AddNewRecord"))
                 return;
             edit.state.set("_NewRecord_BookMark", records.bookmark());
             write(edit, [&] { records.update(); });
+            log.written();
             records.requery();
         });
     });
