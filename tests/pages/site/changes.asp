@@ -3,6 +3,7 @@
 Dim query, name
 Set query = Request.QueryString
 If query("user") <> "" Then Session("user") = query("user")
+db.Permit = "edit, add, delete"
 If query("mode") <> "" Then db.GridEditMode = query("mode")
 If query("end") <> "" Then db.Connection("shop").BeginTrans
 db.CreateSource "s", "select id, name, pass_word, note, photo from members", "shop"
