@@ -70,6 +70,10 @@ std::string_view content_type(std::string_view file_name) noexcept {
     return {};
 }
 
+bool is_html(std::string_view content_type) noexcept {
+    return content_type.starts_with("text/html");
+}
+
 bool is_passive(std::string_view content_type) noexcept {
     for (const std::string_view group : {"image/", "audio/", "video/"})
         if (content_type.starts_with(group))

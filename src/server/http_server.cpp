@@ -10,6 +10,7 @@
 #include "server/proxies.h"
 #include "server/router.h"
 #include "server/static_file.h"
+#include "server/template_files.h"
 
 #include <algorithm>
 #include <atomic>
@@ -134,7 +135,7 @@ private:
     void take_body(Exchange& exchange, const char* data, std::size_t size);
     MHD_Result answer(Exchange& exchange, MHD_Connection* connection);
     MHD_Result run_page(Exchange& exchange, MHD_Connection* connection);
-    MHD_Result send_file(const Exchange& exchange, MHD_Connection* connection) const;
+    MHD_Result send_file(const Exchange& exchange, MHD_Connection* connection);
     static MHD_Result send_refusal(const Exchange& exchange, MHD_Connection* connection);
     static MHD_Result send(MHD_Connection* connection, asp::HttpResponse response);
     static MHD_Result send_status(MHD_Connection* connection, int status, asp::Headers headers = {});
@@ -147,6 +148,7 @@ private:
     std::mutex mutex_;
     std::condition_variable_any changed_;
     std::size_t exchanges_ = 0;
+    TemplateFiles templates_; // asked by the library's thread only
     PageJobs jobs_;
     MHD_Daemon* daemon_ = nullptr;
     std::jthread housekeeper_;
@@ -421,18 +423,20 @@ MHD_Result HttpServer::State::run_page(Exchange& exchange, MHD_Connection* conne
     return MHD_YES;
 }
 
-MHD_Result HttpServer::State::send_file(const Exchange& exchange, MHD_Connection* connection) const {
+MHD_Result HttpServer::State::send_file(const Exchange& exchange, MHD_Connection* connection) {
     const std::string& path = exchange.route.found.physical;
     const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW);
 
     struct stat status {};
 
-    if (file < 0 || fstat(file, &status) != 0 || !S_ISREG(status.st_mode)) {
+    const std::string_view type = content_type(path);
+    if (file < 0 || fstat(file, &status) != 0 || !S_ISREG(status.st_mode) ||
+        (is_html(type) && !settings.serve_templates &&
+         templates_.is_template(path, file, asp::stamp_of(status)))) {
         if (file >= 0)
             close(file);
         return send_status(connection, 404);
     }
-    const std::string_view type = content_type(path);
     // A page or script of a visitor's shall not run in the browser as one of the site's.
     const bool shown = !exchange.route.uploaded || is_passive(type);
     FileAnswer answer =

@@ -185,6 +185,7 @@ Settings read(const toml::table& file, const std::string& name) {
     security.texts("upload_folders", settings.routes.upload_folders);
     security.text("cache", settings.pages.session_cache);
     security.text("frame_ancestors", settings.pages.frame_ancestors);
+    security.boolean("serve_templates", settings.serve_templates);
     security.finish();
     for (std::string& folder : settings.routes.upload_folders) {
         if (!folder.starts_with('/'))

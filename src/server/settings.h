@@ -34,6 +34,7 @@ struct Settings {
 
     bool same_origin_posts = true;
     std::vector<std::string> allowed_origins; // "https://other.example", may post all the same
+    bool serve_templates = false;             // send HTML files with the marks of a template
 
     RouteSettings routes = {.default_pages = {"default.asp", "default.htm", "default.html", "index.asp",
                                               "index.htm", "index.html"},

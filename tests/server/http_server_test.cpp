@@ -117,6 +117,41 @@ TEST_F(HttpServerTest, AnswersByMethodAndTarget) {
     EXPECT_EQ(Client(server->port()).ask("GET / HTTP/1.1\r\n\r\n").status, 400); // no Host
 }
 
+TEST_F(HttpServerTest, SendsNoTemplates) {
+    const std::string late_mark = std::string(200'000, 'x') + "#~price~#";
+    folder.write("plain.htm", "<p>plain</p>");
+    folder.write("row.htm", "<td>#~city[LOOKUP;select name from cities]~#</td>");
+    folder.write("late.HTML", late_mark);
+    folder.write("list/index.htm", "<!--TabrixDb:content_start-->");
+    folder.write("notes.txt", "#~name~#");
+    settings.routes.default_pages = {"index.htm"};
+    Client client(start());
+    EXPECT_EQ(client.ask(get("/plain.htm")).body, "<p>plain</p>");
+    EXPECT_EQ(client.ask(get("/notes.txt")).body, "#~name~#");
+
+    const char* const templates[] = {"/row.htm", "/ROW.HTM", "/late.html", "/list/", "/list/index.htm"};
+    for (const char* path : templates)
+        for (const char* headers :
+             {"", "If-None-Match: *\r\n", "If-Modified-Since: Fri, 01 Jan 2100 00:00:00 GMT\r\n",
+              "Range: bytes=0-9\r\n", "Range: bytes=999999999-\r\n"}) {
+            const Client::Answer answer = client.ask(get(path, headers));
+            EXPECT_EQ(answer.status, 404) << path << ' ' << headers;
+            EXPECT_EQ(answer.header("ETag"), "") << path;
+            EXPECT_EQ(answer.body.find("select"), std::string::npos) << path;
+        }
+    EXPECT_EQ(client.ask("HEAD /row.htm HTTP/1.1\r\nHost: shop\r\n\r\n").status, 404);
+
+    // Each version is judged anew.
+    folder.write("plain.htm", "<p>#~now_a_template~#</p>");
+    folder.write("row.htm", "plain now");
+    EXPECT_EQ(client.ask(get("/plain.htm")).status, 404);
+    EXPECT_EQ(client.ask(get("/row.htm")).body, "plain now");
+
+    settings.serve_templates = true;
+    server.reset();
+    EXPECT_EQ(Client(start()).ask(get("/late.html")).body, late_mark);
+}
+
 TEST_F(HttpServerTest, KeepsSessionsApartAndRefusesForeignIds) {
     Client first(start()), second(server->port());
     const Client::Answer answer = first.ask(get("/count.asp"));

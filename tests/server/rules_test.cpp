@@ -5,6 +5,7 @@
 #include "server/proxies.h"
 #include "server/settings.h"
 #include "server/static_file.h"
+#include "server/template_files.h"
 #include "tests/asp/site_folder.h"
 
 #include <string>
@@ -242,6 +243,40 @@ TEST(StaticFile, AnswersConditionsAndRanges) {
     EXPECT_EQ(answer_file({.modified = 1, .size = 0}, "text/css", {{"Range", "bytes=0-"}}).status, 416);
 }
 
+TEST(MarkScanner, KnowsTemplatesByTheirMarks) {
+    using std::string_view_literals::operator""sv;
+
+    const struct {
+        std::string_view text;
+        bool expected;
+    } cases[] = {
+        {"<td>#~name~#</td>"sv, true},
+        {"#~city[TEXT;select a\nfrom b]~#"sv, true},
+        {"~#~name~#"sv, true},
+        {"##~name~~#"sv, true},
+        {"?id=$~id~$"sv, true},
+        {"<tr><!--tabrixdb:content_start-->"sv, true},
+        {"<<!--<!--TabrixDb:x"sv, true},
+        {"#\0~\0a\0~\0#\0"sv, true}, // UTF-16
+        {""sv, false},
+        {"#~#"sv, false},
+        {"~#name#~"sv, false},
+        {"#~name~$ $~name~"sv, false},
+        {"# ~name ~#"sv, false},
+        {"<!-- tabrixdb:content_start -->"sv, false},
+        {"<!--tabrix<!--tabrixdb"sv, false},
+    };
+
+    for (const auto& c : cases) {
+        MarkScanner whole, by_bytes;
+        EXPECT_EQ(whole.feed(c.text), c.expected) << c.text;
+        bool found = false;
+        for (std::size_t i = 0; i < c.text.size() && !found; ++i)
+            found = by_bytes.feed(c.text.substr(i, 1));
+        EXPECT_EQ(found, c.expected) << c.text << ", byte by byte";
+    }
+}
+
 TEST(Settings, ReadsWhatTheSiteSays) {
     const Settings settings = parse_settings(R"(
 [server]
@@ -258,6 +293,7 @@ allowed_origins = ["https://a"]
 upload_folders = ["/files", "/a/b/"]
 cache = "no-store"
 frame_ancestors = ""
+serve_templates = true
 [site]
 default_pages = ["x.asp"]
 code_page = 1252
@@ -295,6 +331,7 @@ script = "b.sql"
     EXPECT_TRUE(settings.pages.log_changes);
     EXPECT_EQ(settings.pages.log_user_key, "who");
     EXPECT_FALSE(settings.same_origin_posts);
+    EXPECT_TRUE(settings.serve_templates);
     EXPECT_EQ(settings.allowed_origins, std::vector<std::string>{"https://a"});
     EXPECT_EQ(settings.routes.upload_folders, (std::vector<std::string>{"/files/", "/a/b/"}));
     EXPECT_EQ(settings.pages.session_cache, "no-store");
