@@ -6,7 +6,8 @@
 '
 '   /TabrixDb/blob.asp?varname=photo_3
 '
-' The engine marks the values that it has put there itself; no other value of the Application is sent.
+' What a page has shown to one visitor is in the Application for that visitor only; it needs no Session, so that the pictures of a
+' page do not wait for one another. The engine marks the values that it has put there itself; no other value of the Application is sent.
 Const kMark = "TabrixDb_blob:"
 
 Dim name, bytes, kind, start

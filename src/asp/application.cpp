@@ -124,6 +124,22 @@ void Application::detach() {
     if (state_)
         state_->release(this);
     state_ = nullptr;
+    visitor_ = nullptr;
+}
+
+void Application::set_own_value(std::string_view key, const Variant& value) {
+    if (!visitor_)
+        return set_value(key, value);
+    SessionState* const session = visitor_(true);
+    session->exports.set_value(session, key, unshared(value));
+}
+
+// The page that sends a picture reads it as everybody's values are read.
+Variant Application::read(const Variant& key) {
+    if (SessionState* const session = visitor_ ? visitor_(false) : nullptr)
+        if (Variant own = session->exports.value(session, state().key_of(key)); !own.is_empty())
+            return own;
+    return state().read(this, key);
 }
 
 ApplicationState& Application::state() const {

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "asp/session_store.h"
 #include "asp/values.h"
 #include "platform/page.h"
 
 #include <condition_variable>
+#include <functional>
 #include <mutex>
 
 namespace tabrixdb::asp {
@@ -40,7 +42,12 @@ private:
 // The Application object of one page.
 class Application final : public platform::Application, public ValueOwner {
 public:
-    explicit Application(ApplicationState& state) : state_(&state) {}
+    // The session of the page's client; one is made when there is none yet and `create` says so, otherwise
+    // nullptr.
+    using Visitor = std::function<SessionState*(bool create)>;
+
+    // `visitor`: empty when what pages export is everybody's.
+    Application(ApplicationState& state, Visitor visitor) : state_(&state), visitor_(std::move(visitor)) {}
 
     const ClassInfo& class_info() const override;
     std::unique_ptr<Enumerator> enumerate() override;
@@ -48,6 +55,8 @@ public:
     Variant value(std::string_view key) override { return read(Variant(key)); }
 
     void set_value(std::string_view key, const Variant& value) override { write(Variant(key), value); }
+
+    void set_own_value(std::string_view key, const Variant& value) override;
 
     void lock() override { state().lock(this); }
 
@@ -59,7 +68,7 @@ public:
 private:
     ApplicationState& state() const;
 
-    Variant read(const Variant& key) override { return state().read(this, key); }
+    Variant read(const Variant& key) override;
 
     void write(const Variant& key, Variant value) override { state().write(this, key, value); }
 
@@ -80,6 +89,7 @@ private:
     Ref<Object> static_objects() const { return make_empty_collection(); }
 
     ApplicationState* state_;
+    Visitor visitor_;
 };
 
 } // namespace tabrixdb::asp

@@ -30,10 +30,14 @@ Page::Page(Site& site, std::shared_ptr<const HttpRequest> request, std::string s
       request_data_(std::move(request)),
       paths_{std::move(site_path)},
       lease_(std::move(lease)),
+      visitor_(lease_.shared()),
       interrupt_(interrupt),
       script_seconds_(site.settings.script_seconds),
       response_(make_ref<Response>(interrupt, site.settings.code_page)),
-      application_(make_ref<Application>(site.application)),
+      application_(make_ref<Application>(
+          site.application, site.settings.share_exports
+                                ? Application::Visitor()
+                                : Application::Visitor([this](bool create) { return visitor(create); }))),
       server_(make_ref<Server>(*this)) {
     set_script_timeout(script_seconds_);
     response_->client_connected = request_data_->client_connected;
@@ -145,16 +149,23 @@ void Page::set_script_timeout(std::int32_t seconds) {
 }
 
 SessionState* Page::create_session() {
+    if (visitor_) // made for what the page has exported
+        return visitor_.get();
     if (lease_.overtaken()) {
         // The client has another ID by now, which a cookie with a third one would take from it.
-        passing_session_ = std::make_unique<SessionState>("", 0, site_.settings.session_minutes);
-        return passing_session_.get();
+        visitor_ = passing_session_ = site_.sessions.create_passing();
+        return visitor_.get();
     }
     std::shared_ptr<SessionState> state = site_.sessions.create();
     state->turnstile.enter([] {}); // nobody else knows it yet
     lease_ = SessionLease(site_.sessions, state, state->id);
     new_session_id_ = true;
+    visitor_ = state;
     return state.get();
+}
+
+SessionState* Page::visitor(bool create) {
+    return create ? create_session() : visitor_.get();
 }
 
 void Page::renew_session(SessionState& session) {

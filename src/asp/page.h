@@ -105,17 +105,19 @@ private:
     void fail(PageFault fault, int status);
     // `file`: where it is, which is said already; `reference`: "" makes one. Returns the reference.
     std::string log_failure_of(std::string_view file, std::string_view failure, std::string_view reference);
+    SessionState* visitor(bool create);
 
     Site& site_;
     std::shared_ptr<const HttpRequest> request_data_;
     std::vector<std::string> paths_; // of the pages that run, each executed by the one before it
     SessionLease lease_;
+    std::shared_ptr<SessionState> visitor_; // the client's session, also when the page itself has none
     Interrupt& interrupt_;
     const Interrupt::Clock::time_point started_ = Interrupt::Clock::now();
     std::int32_t script_seconds_;
     bool with_session_ = false;                     // EnableSessionState
     bool new_session_id_ = false;                   // which the client has to be told
-    std::unique_ptr<SessionState> passing_session_; // of a page whose session was renewed while it waited
+    std::shared_ptr<SessionState> passing_session_; // of a page whose session was renewed while it waited
     PageFault fault_;
     const vbscript::Machine* machine_ = nullptr; // of the page at work
 

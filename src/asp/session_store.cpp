@@ -29,9 +29,10 @@ std::string random_id() {
 
 } // namespace
 
-SessionStore::SessionStore(std::int32_t minutes, std::size_t max_sessions)
+SessionStore::SessionStore(std::int32_t minutes, std::size_t max_sessions, const ExportLimits& limits)
     : minutes_(minutes),
-      max_sessions_(max_sessions) {
+      max_sessions_(max_sessions),
+      exports_(limits) {
     std::uint32_t start = 0;
     fill_random(&start, sizeof start);
     next_number_ = static_cast<std::int32_t>(start % 1'000'000'000);
@@ -43,7 +44,7 @@ std::shared_ptr<SessionState> SessionStore::create() {
     const std::lock_guard lock(mutex_);
     ended = make_room();
     next_number_ = next_number_ % 2'000'000'000 + 1;
-    auto session = std::make_shared<SessionState>(std::move(id), next_number_, minutes_);
+    auto session = std::make_shared<SessionState>(std::move(id), next_number_, minutes_, exports_);
     const auto at = fresh_.insert(fresh_.end(), {session, Clock::now()});
     by_id_.emplace(session->id, at);
     return session;
@@ -57,6 +58,10 @@ std::shared_ptr<SessionState> SessionStore::make_room() {
     by_id_.erase(ended->id);
     list.pop_front();
     return ended;
+}
+
+std::shared_ptr<SessionState> SessionStore::create_passing() {
+    return std::make_shared<SessionState>("", 0, minutes_, exports_);
 }
 
 std::shared_ptr<SessionState> SessionStore::find(std::string_view id) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "asp/exports.h"
 #include "asp/turnstile.h"
 #include "asp/values.h"
 
@@ -25,10 +26,18 @@ inline constexpr std::int32_t kMaxSessionMinutes = 1440;
 // What a session keeps between requests. Used by whoever is inside its turnstile; `id` is changed by the
 // store alone.
 struct SessionState {
-    SessionState(std::string session_id, std::int32_t session_number, std::int32_t session_minutes)
+    // `site_exports` outlives this.
+    SessionState(std::string session_id, std::int32_t session_number, std::int32_t session_minutes,
+                 Exports& site_exports)
         : id(std::move(session_id)),
           number(session_number),
-          minutes(session_minutes) {}
+          minutes(session_minutes),
+          exports(site_exports) {}
+
+    ~SessionState() { exports.drop(this); }
+
+    SessionState(const SessionState&) = delete;
+    SessionState& operator=(const SessionState&) = delete;
 
     std::string id;            // the cookie's value: a secret of the client
     const std::int32_t number; // Session.SessionID, which pages may show
@@ -37,6 +46,7 @@ struct SessionState {
     std::optional<std::uint32_t> lcid;
     std::optional<std::uint32_t> code_page;
     bool abandoned = false;
+    Exports& exports; // of the site; this session owns some of them, also outside of its turnstile
     Turnstile turnstile;
 };
 
@@ -44,11 +54,14 @@ struct SessionState {
 class SessionStore {
 public:
     // `minutes`: Session.Timeout of new sessions.
-    explicit SessionStore(std::int32_t minutes, std::size_t max_sessions = kMaxSessions);
+    explicit SessionStore(std::int32_t minutes, std::size_t max_sessions = kMaxSessions,
+                          const ExportLimits& limits = {});
 
     // A new session with 128 random bits for an ID. When there are too many, one that its client never came
     // back to goes, otherwise the one that was not used for longest.
     std::shared_ptr<SessionState> create();
+    // A session that no client ever names, for as long as somebody holds it.
+    std::shared_ptr<SessionState> create_passing();
     // The session that a client names, which counts as its use; nullptr when there is none.
     std::shared_ptr<SessionState> find(std::string_view id);
     // Gives the session another ID; from now on the old one names none. Called inside its turnstile.
@@ -79,6 +92,7 @@ private:
 
     const std::int32_t minutes_;
     const std::size_t max_sessions_;
+    Exports exports_; // outlives the sessions
     mutable std::mutex mutex_;
     List fresh_, returned_;
     std::unordered_map<std::string_view, List::iterator> by_id_; // keys lie in the sessions
@@ -116,6 +130,9 @@ public:
 
     // Whether the session was renewed while this waited.
     bool overtaken() const { return overtaken_; }
+
+    // The same, to be kept.
+    std::shared_ptr<SessionState> shared() const { return session() ? session_ : nullptr; }
 
     // Leaves the session; an abandoned one ends.
     void release();

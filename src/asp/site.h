@@ -28,6 +28,8 @@ struct PageSettings {
     bool tell_visitors = false;        // what has failed, in place of a reference to the log
     bool log_changes = false;          // who changed which record
     std::string log_user_key = "user"; // the session's key for the name of who is logged in
+    ExportLimits exports = {};
+    bool share_exports = false; // what a page exports is every visitor's, not only its own one's
 
     static constexpr std::uint32_t kUtf8Default = 65001;
 };
@@ -45,7 +47,7 @@ public:
           post_office(settings.mail, paths.root()),
           files(paths, settings.code_page),
           pages(paths, settings.code_page),
-          sessions(settings.session_minutes) {}
+          sessions(settings.session_minutes, SessionStore::kMaxSessions, settings.exports) {}
 
     const PageSettings settings;
     const std::function<void(std::string_view)> log;

@@ -39,8 +39,8 @@ void export_blob(const DbSource& source, std::size_t column, const std::string& 
                                  ? default_blob(source.field_of(records.columns()[column].name))
                                  : records.value(column);
         application().lock();
-        application().set_value(key, blob);
-        application().set_value(std::string(kBlobMark) + key, true);
+        application().set_own_value(key, blob);
+        application().set_own_value(std::string(kBlobMark) + key, true);
         application().unlock();
     });
 }

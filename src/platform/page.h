@@ -63,6 +63,11 @@ class Application : public Object {
 public:
     virtual Variant value(std::string_view key) = 0;
     virtual void set_value(std::string_view key, const Variant& value) = 0;
+
+    // Sets a value for the visitor of this page: in a host that can tell visitors apart only their own pages
+    // read it, in the place of everybody's value of this key.
+    virtual void set_own_value(std::string_view key, const Variant& value) { set_value(key, value); }
+
     virtual void lock() = 0;
     virtual void unlock() = 0;
 };

@@ -172,6 +172,7 @@ Settings read(const toml::table& file, const std::string& name) {
     limits.number("idle_seconds", settings.idle_seconds, 1, kDay);
     limits.number("request_seconds", settings.request_seconds, 1, kDay);
     limits.number("connections", settings.connections, 1, 100'000);
+    limits.number("blob_bytes", settings.pages.exports.blob_bytes, 0, std::int64_t{1} << 40);
     limits.number("recursion", settings.pages.recursion, 1, 1000);
     limits.finish();
 
@@ -186,6 +187,7 @@ Settings read(const toml::table& file, const std::string& name) {
     security.text("cache", settings.pages.session_cache);
     security.text("frame_ancestors", settings.pages.frame_ancestors);
     security.boolean("serve_templates", settings.serve_templates);
+    security.boolean("share_exports", settings.pages.share_exports);
     security.finish();
     for (std::string& folder : settings.routes.upload_folders) {
         if (!folder.starts_with('/'))

@@ -25,6 +25,46 @@ TEST(SessionStore, KnowsItsSessionsByUnguessableIds) {
     EXPECT_EQ(store.find(std::string(32, '0')), nullptr);
 }
 
+TEST(SessionStore, KeepsWhatPagesExportAsLongAsItsSession) {
+    SessionStore store(20, 3, {.blob_bytes = 40'000}); // 10'000 for one session
+    auto first = store.create();
+    const auto second = store.create();
+    Exports& exports = first->exports;
+    const auto put = [&](const auto& session, const char* key, std::size_t bytes) {
+        exports.set_value(session.get(), key, Variant::byte_array(std::string(bytes, *key)));
+    };
+    const auto held = [&](const auto& session) {
+        std::string keys;
+        for (const char* key : {"a_1", "B_1", "c_1", "d_1"})
+            if (const Variant value = exports.value(session.get(), key); !value.is_empty())
+                keys += value.text().view().substr(0, 1);
+        return keys;
+    };
+    put(first, "a_1", 4000);
+    put(first, "b_1", 4000);
+    put(second, "A_1", 10);
+    EXPECT_EQ(held(first), "ab");
+    EXPECT_EQ(held(second), "A");
+    put(first, "A_1", 4000); // in the place of the oldest, which makes it the newest
+    put(first, "c_1", 4000);
+    EXPECT_EQ(held(first), "Ac");
+    put(first, "d_1", 30'000); // the newest stays, whatever its size
+    EXPECT_EQ(held(first), "d");
+    EXPECT_EQ(held(second), "A");
+    put(second, "c_1", 8900); // all sessions together: what was put first goes
+    EXPECT_EQ(held(first), "d");
+    EXPECT_EQ(held(second), "c");
+    for (int i = 0; i < 1000; ++i) // small ones take room as well
+        exports.set_value(second.get(), "b_" + std::to_string(i), Variant::byte_array(""));
+    EXPECT_EQ(held(second), "");
+    put(first, "d_1", 10);
+    const void* const gone = first.get();
+    store.remove(*first);
+    EXPECT_FALSE(exports.value(gone, "d_1").is_empty()) << "a request still has it";
+    first.reset();
+    EXPECT_TRUE(exports.value(gone, "d_1").is_empty());
+}
+
 TEST(SessionStore, EndsSessionsThatWereNotUsed) {
     SessionStore store(20);
     const auto unused = store.create(), longer = store.create(), busy = store.create();

@@ -22,6 +22,12 @@ std::string post(const std::string& path, const std::string& body, const std::st
            "Content-Length: " + std::to_string(body.size()) + "\r\n" + headers + "\r\n" + body;
 }
 
+// The session's cookie that an answer has set, to be sent with further requests.
+std::string cookie_of(const Client::Answer& answer) {
+    const std::string set = answer.header("Set-Cookie");
+    return "Cookie: " + set.substr(0, set.find(';')) + "\r\n";
+}
+
 class HttpServerTest : public testing::Test {
 protected:
     HttpServerTest() {
@@ -35,6 +41,24 @@ protected:
         folder.write("count.asp", "<% Session(\"n\") = Session(\"n\") + 1 %><%= Session(\"n\") %>");
         folder.write("loop.asp", "before<% Do : Loop %>after");
         folder.write("big.asp", "<%= String(3000000, \"x\") %>");
+    }
+
+    // What a site installs, and a page that shows three pictures of its database in the order asked for.
+    void install() {
+        const auto site_files = std::filesystem::path(TABRIXDB_TEST_CASES).parent_path().parent_path();
+        std::filesystem::copy(site_files / "site/TabrixDb", folder.path() / "TabrixDb",
+                              std::filesystem::copy_options::recursive);
+        folder.write("pictures.asp", R"(<%
+Set db = Server.CreateObject("TabrixDb.Pro")
+db.CreateConnection "c", "Provider=SQLite;Data Source=:memory:"
+db.CreateSource "s", "select 1 as id, cast('GIF89a-1' as blob) as photo union select 2, cast('GIF89a-2' as blob) " & _
+    "union select 3, null order by id " & Request.QueryString("order"), "c"
+db.Source("s").Fields("photo").Content = "<img src=""#~photo;blob_response=/TabrixDb/blob.asp_blob~#"">"
+db.Download = True
+db.CreateGrid "g", "s"
+Response.Write db.Grid("g")
+db.CleanUp
+%>)");
     }
 
     // Starts with the settings as they are now.
@@ -150,6 +174,39 @@ TEST_F(HttpServerTest, SendsNoTemplates) {
     settings.serve_templates = true;
     server.reset();
     EXPECT_EQ(Client(start()).ask(get("/late.html")).body, late_mark);
+}
+
+TEST_F(HttpServerTest, SendsPicturesToTheVisitorWhoWasShownThem) {
+    install();
+    folder.write("old.asp", "<% Response.Clear: Response.BinaryWrite Application(Request(\"varname\")) %>");
+    const std::string first = "/TabrixDb/blob.asp?varname=photo_1",
+                      none = "/TabrixDb/blob.asp?varname=photo_3";
+    const std::string old = "/old.asp?varname=PHOTO_1";
+    Client ada(start()), ben(server->port()), eve(server->port());
+    const Client::Answer page = ada.ask(get("/pictures.asp"));
+    EXPECT_NE(page.body.find("<img src=\"" + first + "\">"), std::string::npos) << page.body;
+    const std::string of_ada = cookie_of(page), of_ben = cookie_of(ben.ask(get("/pictures.asp?order=desc")));
+    EXPECT_EQ(ada.ask(get(first, of_ada)).body, "GIF89a-1");
+    EXPECT_EQ(ben.ask(get(none, of_ben)).body, "GIF89a-1");
+    EXPECT_EQ(ben.ask(get(first, of_ben)).status, 204);
+    EXPECT_EQ(ada.ask(get(first, of_ada)).body, "GIF89a-1"); // although Ben's first is another
+    EXPECT_EQ(ada.ask(get(old, of_ada)).body, "GIF89a-1");
+    for (const std::string& path :
+         {first, none, std::string("/TabrixDb/blob.asp?varname=TabrixDb_blob:photo_1")}) {
+        EXPECT_EQ(eve.ask(get(path)).status, 404);
+        EXPECT_EQ(eve.ask(get(path, "Cookie: TABRIXSESSION=" + std::string(32, '0') + "\r\n")).status, 404);
+    }
+    EXPECT_EQ(eve.ask(get(old)).status, 500); // it sends what is not there
+    folder.write("leave.asp", "<% Session.Abandon %>");
+    ada.ask(get("/leave.asp", of_ada));
+    EXPECT_EQ(ada.ask(get(first, of_ada)).status, 404);
+
+    settings.pages.share_exports = true;
+    server.reset();
+    Client one(start());
+    one.ask(get("/pictures.asp"));
+    EXPECT_EQ(Client(server->port()).ask(get(first)).body, "GIF89a-1");
+    EXPECT_EQ(Client(server->port()).ask(get(old)).body, "GIF89a-1");
 }
 
 TEST_F(HttpServerTest, KeepsSessionsApartAndRefusesForeignIds) {

@@ -287,6 +287,7 @@ hosts = ["shop.example:80", "[::1]"]
 trusted_proxies = ["10.0.0.0/8", "::1"]
 [limits]
 script_seconds = 5
+blob_bytes = 3000000000
 [security]
 same_origin_posts = false
 allowed_origins = ["https://a"]
@@ -294,6 +295,7 @@ upload_folders = ["/files", "/a/b/"]
 cache = "no-store"
 frame_ancestors = ""
 serve_templates = true
+share_exports = true
 [site]
 default_pages = ["x.asp"]
 code_page = 1252
@@ -332,6 +334,8 @@ script = "b.sql"
     EXPECT_EQ(settings.pages.log_user_key, "who");
     EXPECT_FALSE(settings.same_origin_posts);
     EXPECT_TRUE(settings.serve_templates);
+    EXPECT_TRUE(settings.pages.share_exports);
+    EXPECT_EQ(settings.pages.exports.blob_bytes, 3'000'000'000U);
     EXPECT_EQ(settings.allowed_origins, std::vector<std::string>{"https://a"});
     EXPECT_EQ(settings.routes.upload_folders, (std::vector<std::string>{"/files/", "/a/b/"}));
     EXPECT_EQ(settings.pages.session_cache, "no-store");
