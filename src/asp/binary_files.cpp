@@ -13,6 +13,7 @@
 #include <system_error>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace tabrixdb::asp {
@@ -57,13 +58,18 @@ std::string part_name(const std::string& path) {
     return path + '.' + std::to_string(getpid()) + '-' + std::to_string(++number) + std::string(kPartEnding);
 }
 
+std::FILE* create_new(const std::string& path, unsigned mode) {
+    const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+    return file < 0 ? nullptr : fdopen(file, "wb");
+}
+
 class Writer final : public platform::FileWriter {
 public:
-    Writer(std::string path, std::uint32_t code_page)
+    Writer(std::string path, unsigned mode, std::uint32_t code_page)
         : path_(std::move(path)),
           part_(part_name(path_)),
           code_page_(code_page),
-          file_(std::fopen(part_.c_str(), "wbxe"), std::fclose) {
+          file_(create_new(part_, mode), std::fclose) {
         if (!file_)
             throw Error(errno == ENOENT ? kErrorNoFolder : kErrorDenied);
     }
@@ -124,15 +130,19 @@ std::unique_ptr<platform::FileReader> SiteFiles::open(std::string_view path) {
 }
 
 std::unique_ptr<platform::FileWriter> SiteFiles::create(std::string_view path) {
-    return std::make_unique<Writer>(paths_.resolve_physical(path), code_page_);
+    std::string physical = paths_.resolve_physical(path);
+    const unsigned mode = new_mode(physical);
+    return std::make_unique<Writer>(std::move(physical), mode, code_page_);
 }
 
 void SiteFiles::make_folder(std::string_view path) {
     std::error_code error;
     const std::string physical = paths_.resolve_physical(path);
-    fs::create_directory(physical, error);
-    if (error && !fs::is_directory(physical))
-        throw Error(error == std::errc::no_such_file_or_directory ? kErrorNoFolder : kErrorDenied);
+    if (mkdir(physical.c_str(), paths_.is_temporary(physical) ? 0700 : 0777) == 0)
+        return;
+    const int reason = errno;
+    if (!fs::is_directory(physical, error))
+        throw Error(reason == ENOENT ? kErrorNoFolder : kErrorDenied);
 }
 
 bool SiteFiles::folder_exists(std::string_view path) {

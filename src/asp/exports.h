@@ -4,7 +4,9 @@
 #include "automation/variant.h"
 
 #include <cstdint>
+#include <cstdio>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <set>
 #include <string>
@@ -100,13 +102,32 @@ private:
 
 // How many bytes of exports a site keeps at once.
 struct ExportLimits {
-    std::size_t blob_bytes = std::size_t{256} * 1024 * 1024; // in memory
+    std::size_t blob_bytes = std::size_t{256} * 1024 * 1024;      // in memory
+    std::size_t download_bytes = std::size_t{1024} * 1024 * 1024; // on the disk
+};
+
+// A file that is deleted with the object.
+class OwnFile {
+public:
+    explicit OwnFile(std::string physical_path) : path_(std::move(physical_path)) {}
+
+    ~OwnFile() { std::remove(path_.c_str()); }
+
+    OwnFile(const OwnFile&) = delete;
+    OwnFile& operator=(const OwnFile&) = delete;
+
+    const std::string& path() const noexcept { return path_; }
+
+private:
+    std::string path_;
 };
 
 // What pages have put out for single visitors; each session owns its own, and they end with it.
 class Exports {
 public:
-    explicit Exports(const ExportLimits& limits) : values_(limits.blob_bytes) {}
+    explicit Exports(const ExportLimits& limits)
+        : values_(limits.blob_bytes),
+          files_(limits.download_bytes) {}
 
     // Values that pages of this session read from the Application.
     void set_value(const void* session, std::string_view key, Variant value) {
@@ -118,13 +139,29 @@ public:
     // Empty for one that is not there.
     Variant value(const void* session, std::string_view key) const { return values_.find(session, key); }
 
-    void drop(const void* session) { values_.drop(session); }
+    // Files that this session is sent at an address of the site.
+    void set_file(const void* session, std::string_view address, std::shared_ptr<const OwnFile> file,
+                  std::size_t bytes) {
+        files_.put(session, address, std::move(file), kFileBytes + bytes);
+    }
+
+    // nullptr when there is none.
+    std::shared_ptr<const OwnFile> file(const void* session, std::string_view address) const {
+        return files_.find(session, address);
+    }
+
+    void drop(const void* session) {
+        values_.drop(session);
+        files_.drop(session);
+    }
 
 private:
-    // What an entry takes beside its bytes, so that many small ones are bounded as well.
+    // What a value and a file take beside their bytes, so that many small ones are bounded as well.
     static constexpr std::size_t kItemBytes = 512;
+    static constexpr std::size_t kFileBytes = 4096;
 
     OwnedItems<Variant> values_;
+    OwnedItems<std::shared_ptr<const OwnFile>> files_;
 };
 
 } // namespace tabrixdb::asp

@@ -7,6 +7,9 @@
 #include <cstdio>
 #include <memory>
 
+#include <fcntl.h>
+#include <unistd.h>
+
 namespace tabrixdb::asp {
 
 namespace {
@@ -32,6 +35,10 @@ bool SiteFiles::file_exists(std::string_view path) {
     return stamp_of(paths_.resolve_physical(path)).has_value();
 }
 
+unsigned SiteFiles::new_mode(const std::string& physical) const {
+    return paths_.is_temporary(physical) ? 0600 : 0666;
+}
+
 std::string SiteFiles::read_text(std::string_view path) {
     return decode_file(read_bytes(path), code_page_);
 }
@@ -47,7 +54,10 @@ std::string SiteFiles::read_bytes(std::string_view path) {
 }
 
 void SiteFiles::write_text(std::string_view path, std::string_view text, bool append) {
-    File file(std::fopen(paths_.resolve_physical(path).c_str(), append ? "abe" : "wbe"), std::fclose);
+    const std::string physical = paths_.resolve_physical(path);
+    const int flags = O_WRONLY | O_CREAT | O_CLOEXEC | (append ? O_APPEND : O_TRUNC);
+    const int descriptor = ::open(physical.c_str(), flags, new_mode(physical));
+    File file(descriptor < 0 ? nullptr : fdopen(descriptor, append ? "ab" : "wb"), std::fclose);
     if (!file)
         throw Error(errno == ENOENT ? kErrorNoFolder : kErrorDenied);
     const std::string bytes = encode_text(text, code_page_);

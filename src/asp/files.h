@@ -11,7 +11,9 @@ namespace tabrixdb::asp {
 // The whole of a file; nullopt when it can't be read.
 std::optional<std::string> read_bytes(const std::string& physical_path);
 
-// The disk as the engine sees it. Thread-safe.
+// The disk as the engine sees it. What it makes below the folder of temporary files is for the server's user
+// alone, as it is somebody's before it is the site's; what it makes elsewhere has the rights that the process
+// gives new files. Thread-safe.
 class SiteFiles final : public platform::FileSystem {
 public:
     // `paths` outlives this.
@@ -31,6 +33,9 @@ public:
     void delete_old(std::string_view folder, std::string_view ending, std::chrono::seconds age) override;
 
 private:
+    // The rights of a new file at a physical path.
+    unsigned new_mode(const std::string& physical) const;
+
     const SitePaths& paths_;
     const std::uint32_t code_page_;
 };

@@ -237,6 +237,13 @@ Ref<platform::ScriptControl> Page::create_script_control() {
     return make_ref<scripting::ScriptControl>();
 }
 
+std::unique_ptr<platform::FileWriter> Page::create_own_file(std::string_view address) {
+    if (site_.settings.share_exports)
+        return nullptr;
+    create_session();
+    return site_.own_files.create(visitor_, address);
+}
+
 void Page::send_mail(const platform::Mail& mail) {
     const auto message = make_ref<mail::NewMail>(site_.post_office);
     message->from = mail.from;

@@ -78,6 +78,7 @@ public:
 
     platform::FileSystem& file_system() override { return site_.files; }
 
+    std::unique_ptr<platform::FileWriter> create_own_file(std::string_view address) override;
     void send_mail(const platform::Mail& mail) override;
     bool may_mail_error(std::string_view error) override;
 

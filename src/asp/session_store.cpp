@@ -1,33 +1,11 @@
 #include "asp/session_store.h"
 
-#include <cerrno>
-#include <system_error>
+#include "asp/random_id.h"
+
 #include <utility>
 #include <vector>
 
-#include <sys/random.h>
-
 namespace tabrixdb::asp {
-
-namespace {
-
-void fill_random(void* bytes, std::size_t size) {
-    if (getrandom(bytes, size, 0) != static_cast<ssize_t>(size))
-        throw std::system_error(errno, std::generic_category(), "getrandom");
-}
-
-std::string random_id() {
-    unsigned char bytes[16];
-    fill_random(bytes, sizeof bytes);
-    std::string id;
-    for (const unsigned char byte : bytes) {
-        id += "0123456789abcdef"[byte >> 4];
-        id += "0123456789abcdef"[byte & 15];
-    }
-    return id;
-}
-
-} // namespace
 
 SessionStore::SessionStore(std::int32_t minutes, std::size_t max_sessions, const ExportLimits& limits)
     : minutes_(minutes),

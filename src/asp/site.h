@@ -2,6 +2,7 @@
 
 #include "asp/application.h"
 #include "asp/files.h"
+#include "asp/own_files.h"
 #include "asp/page_cache.h"
 #include "asp/session_store.h"
 #include "asp/site_paths.h"
@@ -46,6 +47,7 @@ public:
           paths(root),
           post_office(settings.mail, paths.root()),
           files(paths, settings.code_page),
+          own_files(paths, files),
           pages(paths, settings.code_page),
           sessions(settings.session_minutes, SessionStore::kMaxSessions, settings.exports) {}
 
@@ -54,6 +56,7 @@ public:
     const SitePaths paths;
     mail::PostOffice post_office;
     SiteFiles files;
+    OwnFiles own_files;
     PageCache pages;
     ApplicationState application;
     SessionStore sessions;

@@ -161,6 +161,11 @@ std::string SitePaths::resolve_physical(std::string_view path) const {
     return within(slashed) ? walk(std::string_view(slashed).substr(root_.size())) : slashed;
 }
 
+bool SitePaths::is_temporary(std::string_view path) const noexcept {
+    return path.starts_with(root_) &&
+           equal_ignore_case(path.substr(root_.size()).substr(0, kTemporaryFolder.size()), kTemporaryFolder);
+}
+
 std::string SitePaths::walk(std::string_view plain) const {
     while (plain.size() > 1 && plain.ends_with('/'))
         plain.remove_suffix(1);

@@ -39,6 +39,9 @@ std::optional<FileStamp> stamp_of(const std::string& physical_path);
 // slashes, as pages write them; otherwise refused.
 std::optional<std::string> plain_path(std::string_view path, std::string_view folder, bool backslashes);
 
+// Where uploads wait for the database, and downloads for their readers.
+inline constexpr std::string_view kTemporaryFolder = "/TabrixDb/temp/";
+
 // "/demo/" of "/demo/orders.asp".
 std::string_view folder_of(std::string_view virtual_path) noexcept;
 
@@ -63,6 +66,9 @@ public:
     // Server.MapPath: the physical path, whether or not something is there; `path` relative to `folder`.
     // Raises Error (ASP 0172, 0173, 0175).
     std::string map(std::string_view path, std::string_view folder) const;
+
+    // Whether a physical path lies below the folder of temporary files.
+    bool is_temporary(std::string_view physical_path) const noexcept;
 
     // A physical path as scripts may write it (any case, backslashes): below the site, the name of what is
     // there; otherwise the path itself.

@@ -2,6 +2,7 @@
 
 #include "automation/interrupt.h"
 #include "automation/text.h"
+#include "blob/csv.h"
 #include "data/sources.h"
 #include "engine/fill_tag.h"
 #include "engine/page.h"
@@ -36,11 +37,23 @@ std::string file_name(std::string_view table) {
     return name;
 }
 
-std::string heading(const std::vector<platform::Column>& columns) {
-    std::string line;
-    for (const platform::Column& column : columns)
-        line += (line.empty() ? "\"" : ",\"") + column.name + "\"";
-    return line + "\r\n";
+// Where a download goes: to the visitor of the page, or, where visitors can't be told apart, into the site.
+std::unique_ptr<platform::FileWriter> create_file(const std::string& address) {
+    platform::Host& host = platform::Host::current();
+    if (auto own = host.create_own_file(address))
+        return own;
+    platform::FileSystem& files = host.file_system();
+    const std::string folder = server().map_path(kFolder);
+    files.make_folder(folder);
+    files.delete_old(folder, kEnding, kKept);
+    return files.create(server().map_path(address));
+}
+
+void append_plain_heading(std::string& lines, platform::Recordset& records) {
+    const std::size_t start = lines.size();
+    for (const platform::Column& column : records.columns())
+        lines += (lines.size() == start ? "\"" : ",\"") + column.name + "\"";
+    lines += "\r\n";
 }
 
 bool stopped() {
@@ -48,14 +61,26 @@ bool stopped() {
     return run && run->check();
 }
 
-// Every value between quotes, a line for each record, without a line break behind the last one.
-void write_records(platform::Recordset& records, platform::FileWriter& file) {
-    constexpr std::string_view kBetweenRows = "\"\r\n\"";
-    std::string lines = "\"";
+// Appends the current record, every value between quotes, and goes to the next one. Line breaks stand between
+// records only.
+void append_plain_record(std::string& lines, platform::Recordset& records) {
+    lines += '"';
+    lines += records.get_string(1, "\",\"", "\"", "NULL");
+    if (!records.eof())
+        lines += "\r\n";
+}
+
+void append_record(std::string& lines, platform::Recordset& records, bool csv) {
+    if (!csv)
+        return append_plain_record(lines, records);
+    append_csv_record(lines, records);
+    records.move_next();
+}
+
+void write_records(platform::Recordset& records, platform::FileWriter& file, bool csv) {
+    std::string lines;
     while (!records.eof() && !stopped()) {
-        lines += records.get_string(1, "\",\"", kBetweenRows, "NULL");
-        if (records.eof())
-            lines.resize(lines.size() - kBetweenRows.size() + 1); // the closing quote stays
+        append_record(lines, records, csv);
         if (lines.size() >= kBuffer) {
             file.write_text(lines);
             lines.clear();
@@ -79,19 +104,21 @@ void from_first(platform::Recordset& records, Body body) {
 
 } // namespace
 
-void process_download(platform::Recordset& records, std::initializer_list<std::string*> texts) {
+void process_download(platform::Recordset& records, std::initializer_list<std::string*> texts,
+                      std::string_view format) {
     guard("Process Download", [&] {
+        const bool csv = equal_ignore_case(format, "csv");
+        if (!csv && !format.empty())
+            throw Error(kErrorCall, "DownloadFormat is \"\" or \"csv\", not '" + std::string(format) + "'");
         const std::string address =
             std::string(kFolder) + file_name(table_name(records.source())) + std::string(kEnding);
         for (std::string* text : texts)
             fill_tag(*text, "#~btn_download~#", address);
-        platform::FileSystem& files = platform::Host::current().file_system();
-        const std::string folder = server().map_path(kFolder);
-        files.make_folder(folder);
-        files.delete_old(folder, kEnding, kKept);
-        const auto file = files.create(server().map_path(address));
-        file->write_text(heading(records.columns()));
-        from_first(records, [&] { write_records(records, *file); });
+        const auto file = create_file(address);
+        std::string heading;
+        (csv ? append_csv_heading : append_plain_heading)(heading, records);
+        file->write_text(heading);
+        from_first(records, [&] { write_records(records, *file, csv); });
         if (!stopped())
             file->finish();
     });

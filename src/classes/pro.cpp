@@ -55,6 +55,7 @@ const ClassInfo& Pro::class_info() const {
             field<&Pro::upload_handler>("UploadHandler"),
             field<&Pro::buttons_goto_anchor>("ButtonsGotoAnchor"),
             field<&Pro::download>("Download"),
+            field<&Pro::download_format>("DownloadFormat"),
             field<&Pro::bar_graph>("BarGraph"),
             property<&Pro::edit_mode, &Pro::set_edit_mode>("GridEditMode"),
             field<&Pro::combine_grid_templates>("CombineGridTemplates"),

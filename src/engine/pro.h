@@ -54,6 +54,7 @@ public:
     std::string upload_handler;
     std::string buttons_goto_anchor;
     bool download = false;
+    std::string download_format; // "" or "csv"
     bool bar_graph = false;
     std::string grid_edit_mode;   // "row", "GRID" or "ADD": of the grid that is made, or was made last
     std::string chosen_edit_mode; // what the page has set, with which each grid begins

@@ -217,7 +217,7 @@ void GridRenderer::page() {
 
 void GridRenderer::write_download() {
     if (std::exchange(pro_.download, false)) // for this grid only
-        process_download(records(), {&layout_.header, &layout_.footer});
+        process_download(records(), {&layout_.header, &layout_.footer}, pro_.download_format);
 }
 
 void GridRenderer::select_row() {

@@ -45,6 +45,10 @@ void FileSystem::delete_file(std::string_view) {
 
 void FileSystem::delete_old(std::string_view, std::string_view, std::chrono::seconds) {}
 
+std::unique_ptr<FileWriter> Host::create_own_file(std::string_view) {
+    return nullptr;
+}
+
 void Host::send_mail(const Mail&) {
     throw Error(kErrorCannotCreate);
 }

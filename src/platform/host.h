@@ -111,6 +111,11 @@ public:
     virtual Ref<Recordset> create_recordset() = 0;
     virtual Ref<ScriptControl> create_script_control() = 0;
     virtual FileSystem& file_system() = 0;
+    // A file that only the visitor of this page is sent at an address of the site ("/tabrixdb/temp/X.csv"),
+    // from finish() on, in the place of the one that was there. nullptr in a host that can't tell visitors
+    // apart. Errors as FileSystem::create.
+    virtual std::unique_ptr<FileWriter> create_own_file(std::string_view address);
+
     // Sends a message through the host's mail object (CDONTS.NewMail). Error 429 when it has none; its own
     // errors.
     virtual void send_mail(const Mail& mail);

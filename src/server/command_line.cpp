@@ -228,6 +228,7 @@ int run(const RunOptions& options, std::ostream& out, std::ostream& err) {
     check_site(folder);
     Settings settings = read_settings(folder);
     settings.pages.tell_visitors = true; // who runs it may know
+    settings.pages.share_exports = true; // nobody asks for it later: a download is a file of the site's
     create_databases(folder, settings.databases, err);
 
     asp::Site site(folder, settings.pages,

@@ -132,6 +132,7 @@ private:
     void describe_connection(Exchange& exchange, MHD_Connection* connection) const;
     void believe_proxies(asp::HttpRequest& request) const;
     int refusal(const Exchange& exchange, MHD_Connection* connection) const;
+    std::string own_file(const asp::Headers& headers, std::string_view address);
     void take_body(Exchange& exchange, const char* data, std::size_t size);
     MHD_Result answer(Exchange& exchange, MHD_Connection* connection);
     MHD_Result run_page(Exchange& exchange, MHD_Connection* connection);
@@ -294,7 +295,8 @@ MHD_Result HttpServer::State::begin(Exchange& exchange, MHD_Connection* connecti
             return MHD_YES;
         },
         &request.headers);
-    exchange.route = route(site_.paths, exchange.target, settings.routes);
+    exchange.route = route(site_.paths, exchange.target, settings.routes,
+                           [&](std::string_view address) { return own_file(request.headers, address); });
     if (!has_bad_host(request.headers))
         describe_connection(exchange, connection);
     exchange.refused = refusal(exchange, connection);
@@ -302,6 +304,14 @@ MHD_Result HttpServer::State::begin(Exchange& exchange, MHD_Connection* connecti
     const bool has_body = asp::find_header(request.headers, "Content-Length") ||
                           asp::find_header(request.headers, "Transfer-Encoding");
     return exchange.refused && has_body ? send_refusal(exchange, connection) : MHD_YES;
+}
+
+// The file that the client's session has at an address, or "".
+std::string HttpServer::State::own_file(const asp::Headers& headers, std::string_view address) {
+    const std::string id = session_id_of(headers);
+    const std::shared_ptr<asp::SessionState> session = id.empty() ? nullptr : site_.sessions.find(id);
+    const auto file = session ? session->exports.file(session.get(), address) : nullptr;
+    return file ? file->path() : "";
 }
 
 MHD_Result HttpServer::State::send_refusal(const Exchange& exchange, MHD_Connection* connection) {
@@ -429,7 +439,7 @@ MHD_Result HttpServer::State::send_file(const Exchange& exchange, MHD_Connection
 
     struct stat status {};
 
-    const std::string_view type = content_type(path);
+    const std::string_view type = exchange.route.content_type;
     if (file < 0 || fstat(file, &status) != 0 || !S_ISREG(status.st_mode) ||
         (is_html(type) && !settings.serve_templates &&
          templates_.is_template(path, file, asp::stamp_of(status)))) {
@@ -439,8 +449,8 @@ MHD_Result HttpServer::State::send_file(const Exchange& exchange, MHD_Connection
     }
     // A page or script of a visitor's shall not run in the browser as one of the site's.
     const bool shown = !exchange.route.uploaded || is_passive(type);
-    FileAnswer answer =
-        answer_file(asp::stamp_of(status), shown ? type : kUnknownContent, exchange.request.headers);
+    FileAnswer answer = answer_file(asp::stamp_of(status), shown ? type : kUnknownContent,
+                                    exchange.request.headers, exchange.route.own);
     if (!shown)
         answer.headers.push_back({"Content-Disposition", "attachment"});
     ResponsePointer response(nullptr, MHD_destroy_response);

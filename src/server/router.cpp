@@ -11,9 +11,6 @@ namespace tabrixdb::server {
 
 namespace {
 
-// Where files are before they go into the database: an upload folder in any case.
-constexpr std::string_view kTemporaryFolder = "/TabrixDb/temp/";
-
 Route refused(int status) {
     Route route;
     route.status = status;
@@ -58,7 +55,7 @@ bool is_below(std::string_view path, std::string_view folder) {
 }
 
 bool is_uploaded(std::string_view path, const RouteSettings& settings) {
-    return is_below(path, kTemporaryFolder) ||
+    return is_below(path, asp::kTemporaryFolder) || // in any case
            std::ranges::any_of(settings.upload_folders,
                                [&](const std::string& folder) { return is_below(path, folder); });
 }
@@ -76,17 +73,28 @@ Route to_file(Route route, const asp::SitePaths& paths, asp::SitePaths::Found fo
         if (route.uploaded)
             return refused(404);
         route.kind = Route::Kind::Page;
-    } else if (!content_type(route.site_path).empty()) {
-        route.kind = Route::Kind::File;
-    } else {
-        return refused(404);
+        return route;
     }
-    return route;
+    route.kind = Route::Kind::File;
+    route.content_type = content_type(route.site_path);
+    return route.content_type.empty() ? refused(404) : route;
+}
+
+Route to_own_file(std::string path, std::string physical) {
+    Route route;
+    route.kind = Route::Kind::File;
+    route.content_type = content_type(path);
+    route.path = std::move(path);
+    route.found.physical = std::move(physical);
+    route.uploaded = true; // its content is a visitor's as much as a page's
+    route.own = true;
+    return route.content_type.empty() ? refused(404) : route;
 }
 
 } // namespace
 
-Route route(const asp::SitePaths& paths, std::string_view target, const RouteSettings& settings) {
+Route route(const asp::SitePaths& paths, std::string_view target, const RouteSettings& settings,
+            const OwnFileFinder& own_file) {
     target = without_authority(target);
     const std::size_t mark = std::min(target.find('?'), target.size());
     const std::string_view raw = target.substr(0, mark);
@@ -97,6 +105,9 @@ Route route(const asp::SitePaths& paths, std::string_view target, const RouteSet
         return refused(400);
     const std::optional<std::string> plain =
         has_hidden_segment(path) ? std::nullopt : asp::plain_path(path, "/", false);
+    if (plain && is_below(*plain, asp::kTemporaryFolder))
+        if (std::string physical = own_file(*plain); !physical.empty())
+            return to_own_file(*plain, std::move(physical));
     std::optional<asp::SitePaths::Found> found = plain ? paths.find(*plain) : std::nullopt;
     if (!found)
         return refused(404);

@@ -2,6 +2,8 @@
 
 #include "asp/site_paths.h"
 
+#include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -24,7 +26,9 @@ struct Route {
     std::string site_path; // in the real spelling
     std::string location;  // of a Redirect
     asp::SitePaths::Found found;
-    bool uploaded = false; // a File that a visitor may have brought
+    std::string_view content_type; // of a File
+    bool uploaded = false;         // a File that a visitor may have brought
+    bool own = false;              // a File of one visitor's
 };
 
 struct RouteSettings {
@@ -35,6 +39,10 @@ struct RouteSettings {
 // Finds what a request's target names. 400 for one that cannot be read; 404 for what is not there, what
 // leads out of the site, and what is never served: hidden files, types that are not known, pages among the
 // files that visitors have uploaded.
-Route route(const asp::SitePaths& paths, std::string_view target, const RouteSettings& settings);
+// `own_file`: the physical path of the file that the client has of its own at an address in the folder of
+// temporary files; empty when it has none.
+using OwnFileFinder = std::function<std::string(std::string_view address)>;
+Route route(const asp::SitePaths& paths, std::string_view target, const RouteSettings& settings,
+            const OwnFileFinder& own_file);
 
 } // namespace tabrixdb::server

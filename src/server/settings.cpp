@@ -173,6 +173,7 @@ Settings read(const toml::table& file, const std::string& name) {
     limits.number("request_seconds", settings.request_seconds, 1, kDay);
     limits.number("connections", settings.connections, 1, 100'000);
     limits.number("blob_bytes", settings.pages.exports.blob_bytes, 0, std::int64_t{1} << 40);
+    limits.number("download_bytes", settings.pages.exports.download_bytes, 0, std::int64_t{1} << 50);
     limits.number("recursion", settings.pages.recursion, 1, 1000);
     limits.finish();
 

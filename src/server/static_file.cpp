@@ -87,13 +87,14 @@ std::optional<Range> parse_range(std::string_view text, std::uint64_t size) {
 } // namespace
 
 FileAnswer answer_file(const asp::FileStamp& stamp, std::string_view content_type,
-                       const asp::Headers& request) {
+                       const asp::Headers& request, bool own) {
     const std::string tag = entity_tag(stamp);
     const std::time_t modified = stamp.modified_seconds();
     FileAnswer answer;
     // Kept by the browser, but asked for again: an author sees a change at once.
-    answer.headers = {
-        {"ETag", tag}, {"Last-Modified", asp::http_date(modified)}, {"Cache-Control", "no-cache"}};
+    answer.headers = {{"ETag", tag},
+                      {"Last-Modified", asp::http_date(modified)},
+                      {"Cache-Control", own ? "private, no-cache" : "no-cache"}};
     if (is_unchanged(request, tag, modified)) {
         answer.status = 304;
         return answer;

@@ -17,7 +17,8 @@ struct FileAnswer {
 
 // Answers a GET or HEAD for a file with this stamp: the conditions of the request (If-None-Match,
 // If-Modified-Since), one range of bytes (with If-Range), and otherwise the whole.
+// `own`: a file of one visitor's, which nothing on the way may keep for another.
 FileAnswer answer_file(const asp::FileStamp& stamp, std::string_view content_type,
-                       const asp::Headers& request);
+                       const asp::Headers& request, bool own = false);
 
 } // namespace tabrixdb::server

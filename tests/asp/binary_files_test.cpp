@@ -6,6 +6,7 @@
 #include <set>
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 namespace tabrixdb::asp {
 namespace {
@@ -48,6 +49,27 @@ TEST_F(BinaryFiles, AreSeenOnlyWhole) {
     file->finish();
     EXPECT_EQ(files_.open(at("a.bin"))->read(10), std::string("\0\xFF\xE9", 3));
     EXPECT_EQ(names(), std::set<std::string>{"a.bin"});
+}
+
+TEST_F(BinaryFiles, AreTheServersAloneInTheTemporaryFolder) {
+    const auto mode = [&](const char* name) {
+        return static_cast<unsigned>(fs::status(at(name)).permissions());
+    };
+    for (const char* name : {"TabrixDb", "TabrixDb/Temp", "TabrixDb/Temp/own", "uploads"})
+        files_.make_folder(at(name));
+    const mode_t before = umask(022);
+    for (const char* name : {"tabrixdb/temp/a.upload", "TabrixDb/Temp/own/b", "uploads/c"})
+        files_.create(at(name))->finish();
+    files_.write_text(at("TabrixDb/Temp/d.txt"), "x", true);
+    files_.write_text(at("uploads/e.txt"), "x", false);
+    umask(before);
+    for (const char* name : {"TabrixDb/Temp/a.upload", "TabrixDb/Temp/own/b", "TabrixDb/Temp/d.txt"})
+        EXPECT_EQ(mode(name), 0600U) << name;
+    for (const char* name : {"uploads/c", "uploads/e.txt"})
+        EXPECT_EQ(mode(name), 0644U) << name;
+    EXPECT_EQ(mode("TabrixDb/Temp/own"), 0700U);
+    EXPECT_THROW(files_.make_folder(at("none/x")), Error);
+    EXPECT_NO_THROW(files_.make_folder(at("UPLOADS")));
 }
 
 TEST_F(BinaryFiles, OldOnesAreDeleted) {

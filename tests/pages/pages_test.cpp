@@ -7,7 +7,7 @@
 //   sql STATEMENT          changes the database
 //   site WORDS             the site's settings, before any request: "log" for visitors who are not told of
 //   failures,
-//                          "changes" for a log of changes
+//                          "changes" for a log of changes, "share" for exports that are everybody's
 //   TEXT                   what the page writes, blanks at both ends left out, or lines of
 //   ~ TEXT                 what it contains
 //   !~ TEXT                what it does not contain
@@ -49,7 +49,8 @@ asp::PageSettings settings_of(const fs::path& file) {
     const std::size_t at = text.find("\n" + std::string(kSite));
     const std::string words = at == std::string::npos ? "" : text.substr(at, text.find('\n', at + 1) - at);
     return {.tell_visitors = words.find(" log") == std::string::npos,
-            .log_changes = words.find(" changes") != std::string::npos};
+            .log_changes = words.find(" changes") != std::string::npos,
+            .share_exports = words.find(" share") != std::string::npos};
 }
 
 std::vector<Step> steps_of(const fs::path& file) {

@@ -48,17 +48,19 @@ protected:
         const auto site_files = std::filesystem::path(TABRIXDB_TEST_CASES).parent_path().parent_path();
         std::filesystem::copy(site_files / "site/TabrixDb", folder.path() / "TabrixDb",
                               std::filesystem::copy_options::recursive);
-        folder.write("pictures.asp", R"(<%
+        folder.write("pictures.asp", R"page(<%
 Set db = Server.CreateObject("TabrixDb.Pro")
 db.CreateConnection "c", "Provider=SQLite;Data Source=:memory:"
-db.CreateSource "s", "select 1 as id, cast('GIF89a-1' as blob) as photo union select 2, cast('GIF89a-2' as blob) " & _
-    "union select 3, null order by id " & Request.QueryString("order"), "c"
+db.Connection("c").Execute "create table if not exists pictures (id integer primary key, photo blob)"
+db.Connection("c").Execute "insert or ignore into pictures values " & _
+    "(1, cast('GIF89a-1' as blob)), (2, cast('GIF89a-2' as blob)), (3, null)"
+db.CreateSource "s", "select id, photo from pictures order by id " & Request.QueryString("order"), "c"
 db.Source("s").Fields("photo").Content = "<img src=""#~photo;blob_response=/TabrixDb/blob.asp_blob~#"">"
 db.Download = True
 db.CreateGrid "g", "s"
 Response.Write db.Grid("g")
 db.CleanUp
-%>)");
+%>)page");
     }
 
     // Starts with the settings as they are now.
@@ -207,6 +209,54 @@ TEST_F(HttpServerTest, SendsPicturesToTheVisitorWhoWasShownThem) {
     one.ask(get("/pictures.asp"));
     EXPECT_EQ(Client(server->port()).ask(get(first)).body, "GIF89a-1");
     EXPECT_EQ(Client(server->port()).ask(get(old)).body, "GIF89a-1");
+}
+
+TEST_F(HttpServerTest, SendsDownloadsToTheVisitorTheyWereMadeFor) {
+    install();
+    folder.write("TabrixDb/temp/HAND.csv", "by hand");
+    const std::string address = "/tabrixdb/temp/PICTURES.csv";
+    Client ada(start()), ben(server->port()), eve(server->port());
+    const std::string of_ada = cookie_of(ada.ask(get("/pictures.asp")));
+    const std::string of_ben = cookie_of(ben.ask(get("/pictures.asp?order=desc")));
+    const Client::Answer csv = ada.ask(get(address, of_ada));
+    EXPECT_EQ(csv.status, 200);
+    EXPECT_EQ(csv.body.find("\"1\","), 14U) << csv.body;
+    EXPECT_EQ(csv.header("Content-Type"), "text/csv; charset=utf-8");
+    EXPECT_EQ(csv.header("Cache-Control"), "private, no-cache");
+    EXPECT_EQ(ben.ask(get(address, of_ben)).body.find("\"3\","), 14U);
+    EXPECT_EQ(ada.ask(get(address, of_ada)).body, csv.body);
+    EXPECT_EQ(ada.ask(get(address, of_ada + "Range: bytes=0-3\r\n")).body, "\"id\"");
+    const std::string condition = "If-None-Match: " + csv.header("ETag") + "\r\n";
+    EXPECT_EQ(ada.ask(get(address, of_ada + condition)).status, 304);
+    EXPECT_EQ(ben.ask(get(address, of_ben + condition)).status, 200);
+    EXPECT_EQ(eve.ask(get(address)).status, 404);
+    EXPECT_EQ(eve.ask(get(address, condition)).status, 404);
+    EXPECT_EQ(eve.ask(get(address, "If-None-Match: *\r\n")).status, 404);
+    EXPECT_EQ(eve.ask(get("/tabrixdb/temp/hand.csv")).body, "by hand");
+
+    // The bytes lie where no address leads, for nobody else to read, and end with the session.
+    const auto own_files = [&] {
+        std::vector<std::filesystem::directory_entry> files;
+        for (const auto& entry : std::filesystem::directory_iterator(folder.path() / "TabrixDb/temp/.own"))
+            files.push_back(entry);
+        return files;
+    };
+    EXPECT_EQ(own_files().size(), 2U);
+    for (const auto& file : own_files()) {
+        EXPECT_EQ(static_cast<unsigned>(file.status().permissions()), 0600U);
+        EXPECT_EQ(ada.ask(get("/TabrixDb/temp/.own/" + file.path().filename().string(), of_ada)).status, 404);
+    }
+    folder.write("leave.asp", "<% Session.Abandon %>");
+    ada.ask(get("/leave.asp", of_ada));
+    EXPECT_EQ(ada.ask(get(address, of_ada)).status, 404);
+    EXPECT_EQ(own_files().size(), 1U);
+    server.reset();
+    site.reset();
+    EXPECT_EQ(own_files().size(), 0U);
+
+    settings.pages.share_exports = true;
+    Client(start()).ask(get("/pictures.asp"));
+    EXPECT_EQ(Client(server->port()).ask(get(address)).body, csv.body);
 }
 
 TEST_F(HttpServerTest, KeepsSessionsApartAndRefusesForeignIds) {

@@ -124,12 +124,41 @@ TEST(Router, FindsWhatAnAddressNamesAndNothingElse) {
     };
 
     const RouteSettings settings{{"default.asp", "index.html", "evil.asp"}, {"/uploads/", "/linked/here/"}};
-    const Route front = route(paths, "/?a=b?c", settings);
+    const auto none = [](std::string_view) { return std::string(); };
+    const Route front = route(paths, "/?a=b?c", settings, none);
     EXPECT_EQ(front.path, "/default.asp");
     EXPECT_EQ(front.query, "a=b?c");
     for (const auto& c : cases)
-        EXPECT_EQ(shown(route(paths, c.target, settings)), c.expected) << c.target;
-    EXPECT_EQ(shown(route(paths, "/" + std::string(5000, 'a'), settings)), "404");
+        EXPECT_EQ(shown(route(paths, c.target, settings, none)), c.expected) << c.target;
+    EXPECT_EQ(shown(route(paths, "/" + std::string(5000, 'a'), settings, none)), "404");
+}
+
+TEST(Router, PutsAVisitorsFilesBeforeThoseOfTheSite) {
+    SiteFolder folder;
+    folder.write("TabrixDb/temp/LIST.csv", "x");
+    folder.write("TabrixDb/temp/.own/0.download", "x");
+    const asp::SitePaths paths(folder.path());
+    const auto own = [](std::string_view address) {
+        return equal_ignore_case(address, "/tabrixdb/temp/list.csv") ? std::string("/own/list")
+                                                                     : std::string();
+    };
+
+    const struct {
+        const char* target;
+        const char* expected;
+    } cases[] = {
+        {"/tabrixdb/temp/LIST.csv?x", "own /own/list"},
+        {"//TabrixDb/./temp%2Flist.csv", "404"}, // a hidden segment
+        {"/TabrixDb//temp%2Flist.csv", "own /own/list"},
+        {"/tabrixdb/temp/other.csv", "404"},
+        {"/tabrixdb/temp/.own/0.download", "404"},
+        {"/list.csv", "404"},
+    };
+
+    for (const auto& c : cases) {
+        const Route found = route(paths, c.target, {}, own);
+        EXPECT_EQ(found.own ? "own " + found.found.physical : shown(found), c.expected) << c.target;
+    }
 }
 
 } // namespace

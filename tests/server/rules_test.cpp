@@ -288,6 +288,7 @@ trusted_proxies = ["10.0.0.0/8", "::1"]
 [limits]
 script_seconds = 5
 blob_bytes = 3000000000
+download_bytes = 0
 [security]
 same_origin_posts = false
 allowed_origins = ["https://a"]
@@ -336,6 +337,7 @@ script = "b.sql"
     EXPECT_TRUE(settings.serve_templates);
     EXPECT_TRUE(settings.pages.share_exports);
     EXPECT_EQ(settings.pages.exports.blob_bytes, 3'000'000'000U);
+    EXPECT_EQ(settings.pages.exports.download_bytes, 0U);
     EXPECT_EQ(settings.allowed_origins, std::vector<std::string>{"https://a"});
     EXPECT_EQ(settings.routes.upload_folders, (std::vector<std::string>{"/files/", "/a/b/"}));
     EXPECT_EQ(settings.pages.session_cache, "no-store");

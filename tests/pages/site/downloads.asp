@@ -2,6 +2,7 @@
 ' A grid with a download, and the file that its button leads to.
 db.CreateSource "s", Request("sql"), "shop"
 db.Download = True
+db.DownloadFormat = Request("format")
 Session("g_PageSize") = 2
 Session("g_CurrentPage") = Request("page")
 Session("g_filter") = Request("filter") <> ""
