@@ -13,6 +13,7 @@ describe('the pages of pictures, files and mail', () => {
     const { query } = visitor;
     const visit = (page) => visitor.visit(`/demo/${page}.asp`);
     const follow = (text) => Promise.all([visitor.tab.waitForNavigation(), visitor.tab.locator(`a:text-is("${text}")`).first().click()]);
+    const asStranger = async (path) => (await fetch(visitor.url + path)).status;
     const texts = (selector) => visitor.tab.locator(selector).allInnerTexts();
 
     async function send(link, name, buffer, mimeType) {
@@ -27,6 +28,8 @@ describe('the pages of pictures, files and mail', () => {
         await visit('catalogue');
         const widths = () => visitor.tab.locator('.picture').evaluateAll((images) => Promise.all(images.map((image) => image.decode().then(() => image.naturalWidth))));
         assert.deepEqual(await widths(), Array(12).fill(96));
+        assert.equal(await asStranger(await visitor.tab.locator('.picture').first().getAttribute('src')), 404);
+        assert.equal(await asStranger('/demo/templates/catalogue.htm'), 404);
         await visitor.follow(`a[href*="'next_page'"]`);
         assert.deepEqual(await widths(), Array(12).fill(96)); // one of these has none, and is shown the default
         await follow('Edit');
@@ -59,6 +62,7 @@ describe('the pages of pictures, files and mail', () => {
         assert.deepEqual(bars, [...bars].sort((a, b) => b - a));
         assert.deepEqual((await texts('td:nth-child(3)')).map((text) => text.trim()), stored.slice(0, 12).map(({ revenue }) => Math.round(revenue).toLocaleString('en-US')));
         const [download] = await Promise.all([visitor.tab.waitForEvent('download'), visitor.tab.locator('a:text-is("Download CSV")').click()]);
+        assert.equal(await asStranger(new URL(download.url()).pathname), 404);
         const lines = readFileSync(await download.path(), 'utf8').split('\r\n');
         assert.equal(download.suggestedFilename(), 'MONTHLY_SALES.csv');
         assert.equal(lines[0], '"month","orders","revenue"');

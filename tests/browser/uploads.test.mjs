@@ -416,8 +416,9 @@ describe('uploads', () => {
             Application("TabrixDb_blob:secret") = Empty : Set db = Nothing %>`);
         await ask('/files/secret.asp', { method: 'POST', body: 'data' });
         execFileSync('sqlite3', [place('demo/data/shop.db'), "update files set photo = cast('<svg/>' as blob) where id = 1; update files set photo = null where id = 2"]);
-        await visitor.visit('/files/default.asp');
-        const blob = (name) => ask(`/TabrixDb/blob.asp?varname=${encodeURIComponent(name)}`);
+        const cookie = (await ask('/files/default.asp')).headers['set-cookie'][0].split(';')[0];
+        const blob = (name, headers = { cookie }) => ask(`/TabrixDb/blob.asp?varname=${encodeURIComponent(name)}`, { headers });
+        assert.equal((await blob('photo_1', {})).status, 404); // another visitor
         const drawing = await blob('photo_1');
         assert.equal(String(drawing.body), '<svg/>');
         assert.equal(drawing.headers['content-type'], 'image/svg+xml');
@@ -431,7 +432,7 @@ describe('uploads', () => {
         const bitmaps = [12, 40, 56, 108, 124].map((header) => ['image/bmp', bitmap(header)]);
         for (const [type, bytes] of [...Object.entries(types), ...bitmaps, ...others]) {
             execFileSync('sqlite3', [place('demo/data/shop.db'), `update files set photo = x'${Buffer.from(bytes).toString('hex')}' where id = 1`]);
-            await ask('/files/default.asp');
+            await ask('/files/default.asp', { headers: { cookie } });
             const sent = await blob('photo_1');
             assert.equal(sent.headers['content-type'], type);
             assert.equal(sent.headers['content-disposition'], type.startsWith('image/') ? undefined : 'attachment; filename="photo_1"');
