@@ -316,7 +316,8 @@ TEST_F(HttpServerTest, RenewsASessionsId) {
     // A visitor without a session has nothing to renew; a page without sessions can't.
     const Client::Answer first = client.ask(get("/case1.asp"));
     EXPECT_EQ(std::to_string(first.status) + cookie_of(first), "200");
-    folder.write("none.asp", "<%@ EnableSessionState=False %><% On Error Resume Next : Session.Renew : Response.Write Err.Description %>");
+    folder.write("none.asp", "<%@ EnableSessionState=False %><% On Error Resume Next : Session.Renew : "
+                             "Response.Write Err.Description %>");
     const Client::Answer none = client.ask(get("/none.asp"));
     EXPECT_NE(none.body.find("the page has no session"), std::string::npos) << none.body;
 }
