@@ -30,9 +30,9 @@ std::int32_t extreme(platform::Connection& connection, std::string_view function
                      std::string_view table) {
     const Ref<platform::Recordset> result = platform::Host::current().create_recordset();
     // The column name is put between brackets as it is, deliberately without escaping.
-    result->open("select " + std::string(function) + "([" + std::string(column) + "]) as " +
-                     std::string(function) + "Value from " + std::string(table),
-                 connection, platform::CursorType::ForwardOnly, platform::LockType::ReadOnly, -1);
+    result->open_query("select " + std::string(function) + "([" + std::string(column) + "]) as " +
+                           std::string(function) + "Value from " + std::string(table),
+                       {}, connection, platform::CursorType::ForwardOnly, platform::LockType::ReadOnly, -1);
     const Variant value = result->eof() ? Variant::null() : result->value(0);
     result->close();
     return value.is_null() ? 0 : to_long(value);

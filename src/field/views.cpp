@@ -109,8 +109,8 @@ std::vector<std::string> lookup(const DbField& field, std::string_view query) {
         throw Error(kErrorNothing);
     const Ref<platform::Recordset> rows = platform::Host::current().create_recordset();
     rows->set_cursor_location(platform::CursorLocation::Client);
-    rows->open(query, *field.connection, platform::CursorType::ForwardOnly, platform::LockType::Unspecified,
-               -1);
+    rows->open_query(query, {}, *field.connection, platform::CursorType::ForwardOnly,
+                     platform::LockType::Unspecified, -1);
     const std::string text = rows->eof() ? std::string() : rows->get_string(-1, ";", kRowEnd, "NULL");
     rows->close();
     std::vector<std::string> items;

@@ -47,8 +47,8 @@ private:
     }
 
     void open_source() {
-        records_->open(records_->source(), connection(), platform::CursorType::Unspecified,
-                       platform::LockType::Unspecified, -1);
+        records_->open_query(records_->source(), {}, connection(), platform::CursorType::Unspecified,
+                             platform::LockType::Unspecified, -1);
     }
 
     void count_fields() { fields_ = to_short(static_cast<std::int64_t>(records_->columns().size())); }

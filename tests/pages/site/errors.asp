@@ -16,6 +16,10 @@ Case "clean up": db.Source("items").RecordSet.Close: db.CleanUp
 Case "nothing": Set db.Source("items").RecordSet = Nothing: db.CreateGrid "g", "items"
 Case "tags": db.HeaderFooterTags.Add "one": db.CreateGrid "g", "items"
 Case "arguments": db.CreateGrid "g"
+Case "two": db.CreateSource "x", "delete from items; select 1 as one", "shop"
+Case "extremes": db.BarGraph = True: db.CreateSource "x", "select id as ""id]) from items; delete from items; --"" from items", "shop"
+Case "many": db.CreateConnection "many", "Provider=SQLite;Statements=Many;Data Source=" & Server.MapPath("/shop.db")
+    db.CreateSource "x", "update items set note = 'many' where id = 1; select note from items where id = 1", "many": Response.Write db.Source("x").RecordSet("note") & " "
 End Select
 Response.Write "went on"
 %>
