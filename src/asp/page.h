@@ -82,6 +82,8 @@ public:
     void send_mail(const platform::Mail& mail) override;
     bool may_mail_error(std::string_view error) override;
 
+    bool permits_any_command() override { return site_.settings.any_command; }
+
     void log(std::string_view line) override { site_.log(line); }
 
     std::string log_failure(std::string_view failure, std::string_view reference) override;

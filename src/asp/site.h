@@ -27,6 +27,7 @@ struct PageSettings {
     std::string frame_ancestors = "'self'";
     mail::Settings mail = {};
     bool tell_visitors = false;        // what has failed, in place of a reference to the log
+    bool any_command = false;          // grids take every command that changes records, offered or not
     bool log_changes = false;          // who changed which record
     std::string log_user_key = "user"; // the session's key for the name of who is logged in
     ExportLimits exports = {};

@@ -188,8 +188,13 @@ Settings read(const toml::table& file, const std::string& name) {
     security.text("cache", settings.pages.session_cache);
     security.text("frame_ancestors", settings.pages.frame_ancestors);
     security.boolean("serve_templates", settings.serve_templates);
+    std::string commands = "offered";
+    security.text("commands", commands);
     security.boolean("share_exports", settings.pages.share_exports);
     security.finish();
+    settings.pages.any_command = commands == "any";
+    if (!settings.pages.any_command && commands != "offered")
+        throw SettingsError(name + ": security.commands is \"offered\" or \"any\".");
     for (std::string& folder : settings.routes.upload_folders) {
         if (!folder.starts_with('/'))
             throw SettingsError(name + ": security.upload_folders are addresses such as \"/uploads/\".");

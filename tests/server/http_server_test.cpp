@@ -400,6 +400,71 @@ TEST_F(HttpServerTest, RefusesPostsFromOtherOrigins) {
     EXPECT_EQ(status("Origin: http://evil.example\r\n"), 200);
 }
 
+TEST_F(HttpServerTest, ChangesRecordsByFormsOfItsOwnOnly) {
+    install();
+    folder.write(
+        "list.htm",
+        "<table><!--tabrixdb:content_start--><tr><td>#~id~#</td></tr><!--tabrixdb:content_end--></table>");
+    for (const std::string page : {"edit", "list"})
+        folder.write(
+            page + ".asp",
+            "<% Set db = Server.CreateObject(\"TabrixDb.Pro\")\n"
+            "db.CreateConnection \"c\", \"Provider=SQLite;Mode=Create;Data Source=\" & "
+            "Server.MapPath(\"/p.db\")\n"
+            "db.Connection(\"c\").Execute \"create table if not exists t (id integer primary key)\"\n"
+            "db.CreateSource \"s\", \"select id from t\", \"c\"\n"
+            "db.CreateGrid \"g\", \"s\"" +
+                std::string(page == "list" ? ", Server.MapPath(\"/list.htm\")" : "") +
+                "\nResponse.Write db.Source(\"s\").RecordSet.RecordCount %>");
+    folder.write("fill.asp", "<% Set c = Server.CreateObject(\"ADODB.Connection\")\n"
+                             "c.Open \"Provider=SQLite;Data Source=\" & Server.MapPath(\"/p.db\")\n"
+                             "c.Execute \"insert or ignore into t values (1), (2), (3)\" %>");
+    const std::string deletes = "g_command=edit_grid&g_params=g;delete;0";
+
+    const struct {
+        std::string target, form; // a form is posted
+        std::string headers, cookies;
+        std::string left;
+    } cases[] = {
+        {"/edit.asp?" + deletes, "", "", "", "3"},
+        {"/edit.asp?" + deletes, "", "Sec-Fetch-Site: cross-site\r\n", "", "3"},
+        {"/edit.asp", "", "", "; g_command=edit_grid; g_params=g%3Bdelete%3B0", "3"},
+        {"/edit.asp", "x=1", "", "; g_command=edit_grid; g_params=g%3Bdelete%3B0", "3"},
+        {"/edit.asp", "g_command=edit_grid", "", "; g_params=g%3Bdelete%3B0", "3"},
+        {"/edit.asp?" + deletes, "x=1", "", "", "3"},
+        {"/edit.asp?g_params=g;delete;0", "g_command=edit_grid", "", "", "3"},
+        {"/edit.asp", deletes, "Sec-Fetch-Site: cross-site\r\n", "", "3"},
+        {"/edit.asp", deletes, "Origin: http://b\r\n", "", "3"},
+        {"/list.asp", deletes, "", "", "3"},
+        {"/edit.asp", deletes, "Origin: http://shop\r\n", "", "2"},
+        {"/edit.asp", deletes, "", "", "2"},
+    };
+
+    // The records that are left of three.
+    const auto left_after = [&](const auto& asked) {
+        Client client(server->port());
+        const std::string session = cookie_of(client.ask(get("/list.asp")));
+        client.ask(get("/fill.asp"));
+        const std::string cookies = session.substr(0, session.size() - 2) + asked.cookies + "\r\n";
+        client.ask(asked.form.empty() ? get(asked.target, cookies + asked.headers)
+                                      : post(asked.target, asked.form, cookies + asked.headers));
+        return Client(server->port()).ask(get("/list.asp")).body;
+    };
+    start();
+    for (const auto& asked : cases)
+        EXPECT_EQ(left_after(asked), asked.left)
+            << asked.target << " " << asked.form << " " << asked.headers << asked.cookies;
+    EXPECT_NE(logged().find("/list.asp: grid g does not offer to delete records. If it should, set Permit = "
+                            "\"delete\" before CreateGrid."),
+              std::string::npos)
+        << logged();
+
+    settings.pages.any_command = true;
+    server.reset();
+    start();
+    EXPECT_EQ(left_after(cases[9]), "2");
+}
+
 TEST_F(HttpServerTest, KeepsItsLimits) {
     settings.body_bytes = 1000;
     settings.header_bytes = 4096;

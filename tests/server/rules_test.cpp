@@ -296,6 +296,7 @@ upload_folders = ["/files", "/a/b/"]
 cache = "no-store"
 frame_ancestors = ""
 serve_templates = true
+commands = "any"
 share_exports = true
 [site]
 default_pages = ["x.asp"]
@@ -335,6 +336,7 @@ script = "b.sql"
     EXPECT_EQ(settings.pages.log_user_key, "who");
     EXPECT_FALSE(settings.same_origin_posts);
     EXPECT_TRUE(settings.serve_templates);
+    EXPECT_TRUE(settings.pages.any_command);
     EXPECT_TRUE(settings.pages.share_exports);
     EXPECT_EQ(settings.pages.exports.blob_bytes, 3'000'000'000U);
     EXPECT_EQ(settings.pages.exports.download_bytes, 0U);
@@ -355,6 +357,7 @@ TEST(Settings, RefusesWhatItDoesNotKnowByNameAndLine) {
         {"[limits]\n\nbody_byte = 1", "t, line 3: limits.body_byte is no setting."},
         {"[limit]\nx = 1", "t, line 1: limit is no setting."},
         {"port = 1", "t, line 1: port is no setting."},
+        {"[security]\ncommands = \"all\"", "t: security.commands is \"offered\" or \"any\"."},
         {"server = 1", "t, line 1: server is a table."},
         {"[server]\nport = 70000", "t, line 2: server.port is a number from 0 to 65535."},
         {"[server]\nport = \"80\"", "t, line 2: server.port is a number from 0 to 65535."},
