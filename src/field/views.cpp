@@ -300,7 +300,9 @@ const ViewKind* find_view_kind(ViewElements elements) {
 }
 
 std::string control_text(std::string_view value) {
-    return replace_all(replace_all(html_encode(value), "'", "&#39;"), "#~", "&#35;~");
+    // The sign of marks in templates, too.
+    return replace_all(replace_all(replace_all(html_encode(value), "'", "&#39;"), "#~", "&#35;~"), "\x01",
+                       "&#1;");
 }
 
 } // namespace tabrixdb

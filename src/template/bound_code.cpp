@@ -121,8 +121,8 @@ public:
     BoundCode run() {
         while (at_ < code_.size()) {
             const char c = code_[at_];
-            if (c == SlottedText::kMark)
-                put_value();
+            if (const HeldValues::Value* value = take_mark())
+                put_value(*value);
             else if (is_quote(c))
                 take_quoted();
             else if (c == '[')
@@ -151,17 +151,16 @@ protected:
     BoundCode bound_;
 
 private:
-    const HeldValues::Value& take_mark() {
-        const std::size_t end = code_.find(SlottedText::kMark, at_ + 1);
-        int mark = 0;
-        for (std::size_t i = at_ + 1; i < end; ++i)
-            mark = mark * 10 + (code_[i] - '0');
-        at_ = end + 1;
-        return held_.at(mark);
+    // The value whose mark stands here, which is left behind; nullptr when there is none.
+    const HeldValues::Value* take_mark() {
+        const auto mark = SlottedText::mark_at(code_, at_);
+        if (!mark || !held_.has(mark->slot))
+            return nullptr;
+        at_ = mark->end;
+        return &held_.at(mark->slot);
     }
 
-    void put_value() {
-        const HeldValues::Value& value = take_mark();
+    void put_value(const HeldValues::Value& value) {
         const std::size_t sign = bound_.text.find_last_not_of(' ');
         const bool between_signs =
             sign != kNone && bound_.text[sign] == '#' && trimmed(rest()).starts_with('#');
@@ -181,8 +180,8 @@ private:
         bool has_value = false;
         while (at_ < code_.size()) {
             const char c = code_[at_];
-            if (c == SlottedText::kMark) {
-                value += prepared(take_mark(), quote);
+            if (const HeldValues::Value* part = take_mark()) {
+                value += prepared(*part, quote);
                 has_value = true;
             } else if (c != quote) {
                 value += c;
@@ -204,8 +203,8 @@ private:
     void take_name() {
         const std::size_t end = std::min(code_.find(']', at_), code_.size());
         while (at_ < end)
-            if (code_[at_] == SlottedText::kMark)
-                put_bare(take_mark());
+            if (const HeldValues::Value* value = take_mark())
+                put_bare(*value);
             else
                 bound_.text += code_[at_++];
     }
@@ -214,9 +213,7 @@ private:
         const std::size_t found = code_.find(end, at_);
         const std::size_t stop = found == kNone ? code_.size() : found + end.size();
         while (at_ < stop)
-            if (code_[at_] == SlottedText::kMark)
-                take_mark();
-            else
+            if (!take_mark())
                 bound_.text += code_[at_++];
     }
 

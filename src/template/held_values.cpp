@@ -99,7 +99,8 @@ void HeldValues::release(std::string& text) const {
         return;
     std::string out;
     SlottedText(text).append(out, [this](int slot, std::string& to) {
-        to += at(slot).text;
+        if (has(slot))
+            to += at(slot).text;
         if (to.size() > kMaxFilledBytes)
             throw Error(14);
         return true;

@@ -36,6 +36,8 @@ public:
     // Puts the values in the places of their marks. Error 14 for a text of more than kMaxFilledBytes.
     void release(std::string& text) const;
 
+    bool has(int mark) const noexcept { return static_cast<std::size_t>(mark) < values_.size(); }
+
     const Value& at(int mark) const { return values_[static_cast<std::size_t>(mark)]; }
 
 private:

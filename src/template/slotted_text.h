@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,6 +15,15 @@ public:
     static std::string mark(int slot);
     // A text that holds this character itself can't be compiled.
     static constexpr char kMark = '\x01';
+
+    // The mark at a place of a text.
+    struct Mark {
+        int slot = 0;
+        std::size_t end = 0; // behind it
+    };
+
+    // Nothing where that character stands by itself.
+    static std::optional<Mark> mark_at(std::string_view text, std::size_t at);
 
     SlottedText() = default; // empty: nothing compiled
     explicit SlottedText(std::string_view marked);
