@@ -17,9 +17,7 @@ namespace tabrixdb {
 void GridRenderer::render() {
     const std::string& id = grid_.grid_id;
     bool guarded = is_guarded();
-    out_ = "<a name='" + id + "_start'></a>";
-    const std::size_t question_at = out_.size();
-    out_ += command_form(pro_, id);
+    out_ = "<a name='" + id + "_start'></a>" + command_form(pro_, id);
     const std::size_t message_at = out_.size();
     out_ += layout_.opening + "\r\n";
     if (adds_ && !shows_records()) {
@@ -47,7 +45,8 @@ void GridRenderer::render() {
     if (!edited_.refusal.empty())
         out_.insert(message_at,
                     "<div class=\"tabrixdb-message\" role=\"alert\">" + edited_.refusal + "</div>\r\n");
-    out_.insert(question_at, question());
+    // Before the anchors between which fields belong to the grid's own form.
+    out_.insert(0, question());
 }
 
 // Whether the form says which records it shows: where it can change them.

@@ -49,6 +49,16 @@ describe('editing', () => {
             assert.deepEqual(visitor.complaints, []);
         });
 
+        test('that an address asks to delete is deleted by the button of the question only', async () => {
+            const { length } = query('select id from customers');
+            await visit('/demo/customers.asp?clients_command=edit_grid&clients_params=clients;delete;1');
+            assert.match(await message(), /^Delete this record\?\s+Delete$/);
+            assert.equal(query('select id from customers').length, length);
+            await follow('form.tabrixdb-message button');
+            assert.equal(await message(), 'Nothing was deleted: FOREIGN KEY constraint failed'); // he has orders
+            assert.equal(new URL(visitor.tab.url()).search, '');
+        });
+
         test('that is cancelled is as it was', async () => {
             await visit('/demo/customers.asp');
             const before = customer(3);
