@@ -17,10 +17,11 @@ is worked out, or a grid. Here the last column of each order holds the grid of i
 <p class="chosen">Only orders from <b><%= Server.HTMLEncode(city) %></b>. <a href="contents.asp">Show all</a></p>
 <% End If %>
 <%
+' The customer's name is worked out, by || '', so that a record counts as one of orders alone, and its key as the whole key.
 db.CreateSource "orders", _
-    "select orders.id, ordered, shipped, " & EncodedText("customers.name") & " as customer, " & _
-    EncodedText("email") & " as email, " & EncodedText("city") & " as city, status, freight, total, " & _
-    "null as tax, null as lines from orders join customers on customers.id = customer_id " & chosen & _
+    "select orders.id, ordered, shipped, customers.name || '' as customer, " & EncodedText("customers.name") & " as customer_shown, " & _
+    EncodedText("email") & " as email, " & EncodedText("city") & " as city, " & EncodedText("status") & " as status, " & _
+    "freight, total, null as tax, null as lines from orders join customers on customers.id = customer_id " & chosen & _
     "order by orders.id desc", "shop"
 
 With db.Source("orders")
@@ -35,7 +36,7 @@ With db.Source("orders")
     .Fields("freight").Format = "#,##0.00"
 
     ' Contents: a link with the record's values, also as they stand in an address.
-    .Fields("customer").Content = "<a href=""mailto:#~email~#?subject=Order%20#~id~#"">#~customer~#</a>"
+    .Fields("customer").Content = "<a href=""mailto:#~email~#?subject=Order%20#~id~#"">#~customer_shown~#</a>"
     .Fields("city").Content = "<a href=""#~url~#?city=$~city~$"">#~city~#</a>"
 
     ' Expressions of VBScript.
@@ -47,7 +48,7 @@ With db.Source("orders")
 End With
 
 db.CreateSource "lines", _
-    "select line, products.name as product, quantity, unit_price, discount, null as amount " & _
+    "select line, " & EncodedText("products.name") & " as product, quantity, unit_price, discount, null as amount " & _
     "from order_lines join products on products.id = product_id where order_id = #~id~# order by line", "shop", 3, 3, True
 Session("lines_unit_price_Content") = "#~eval:FormatNumber(#~unit_price~#, 2):eval~#"
 Session("lines_discount_Content") = "#~eval:FormatNumber(#~discount~# * 100, 0):eval~# %"

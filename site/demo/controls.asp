@@ -4,6 +4,7 @@
 <!-- #include file="includes/source.asp" -->
 <!-- #include file="includes/encoded.asp" -->
 <%
+Const kTexts = "title,about,topic,room,level,included,language,days"
 Dim page_title
 page_title = "Controls"
 %>
@@ -13,9 +14,9 @@ its controls while it is edited, one row at a time.</p>
 <%
 db.CreateSource "workshops", _
     "select id, title, about, topic, room, held, seats, fee, bookable, level, included, languages, language, weekdays, days" & _
-    Encoded("title,about") & " from workshops order by held", "shop"
+    Encoded(kTexts) & " from workshops order by held", "shop"
 
-ShowEncoded "workshops", "title,about"
+ShowEncoded "workshops", kTexts
 With db.Source("workshops")
     .Fields("held").Format = "d mmmm yyyy"
     .Fields("held").DateCaption = "Choose"

@@ -11,11 +11,13 @@ page_title = "Order desk"
 <p class="lead">The form is a second grid, fed by the list: it shows the order that was opened there, and goes through all of them by itself. What is
 saved in it shows in the list at once. The lines are a third grid, with pages and a sort order of their own.</p>
 <%
+' The customer's name is worked out, by || '', so that a record counts as one of orders alone, and its key as the whole key.
 db.CreateSource "sales", _
-    "select id, ordered, (select " & EncodedText("name") & " from customers where id = customer_id) as customer, " & _
-    "status, paid, shipped, freight, total, note" & Encoded("note") & " from orders order by id desc", "shop"
+    "select id, ordered, (select name || '' from customers where id = customer_id) as customer, status, paid, shipped, freight, total, note, " & _
+    "(select " & EncodedText("name") & " from customers where id = customer_id) as customer_shown" & Encoded("status,note") & _
+    " from orders order by id desc", "shop"
 
-ShowEncoded "sales", "note"
+ShowEncoded "sales", "customer,status,note"
 With db.Source("sales")
     .Fields("id").Caption = "Order"
     .Fields("ordered").Caption = "Ordered"
@@ -55,8 +57,10 @@ Session("desk_order") = opened
 <%
     db.ShowFilterIcons = False
     db.CreateSource "sale_lines", _
-        "select line, products.name as product, quantity, unit_price, quantity * unit_price * (1 - discount) as amount " & _
+        "select line, products.name as product, quantity, unit_price, quantity * unit_price * (1 - discount) as amount, " & _
+        EncodedText("products.name") & " as product_shown " & _
         "from order_lines join products on products.id = product_id where order_id = " & opened & " order by line", "shop"
+    ShowEncoded "sale_lines", "product"
     With db.Source("sale_lines")
         .Fields("line").Caption = "Line"
         .Fields("product").Caption = "Product"

@@ -2,6 +2,7 @@
 <% Option Explicit %>
 <!-- #include file="includes/shop.asp" -->
 <!-- #include file="includes/source.asp" -->
+<!-- #include file="includes/encoded.asp" -->
 <%
 Dim page_title
 page_title = "Price changes"
@@ -12,8 +13,10 @@ is saved, and all that was typed is still there.</p>
 <%
 db.ShowFilterIcons = False
 db.CreateSource "pricing", _
-    "select products.id, products.name, categories.name as category, price, stock, weight_kg, discontinued " & _
+    "select products.id, products.name, categories.name as category, price, stock, weight_kg, discontinued, " & _
+    EncodedText("products.name") & " as name_shown, " & EncodedText("categories.name") & " as category_shown " & _
     "from products join categories on categories.id = category_id order by products.id", "shop"
+ShowEncoded "pricing", "name,category"
 With db.Source("pricing")
     .Fields("name").Caption = "Product"
     .Fields("category").Caption = "Category"

@@ -2,6 +2,7 @@
 <% Option Explicit %>
 <!-- #include file="includes/shop.asp" -->
 <!-- #include file="includes/source.asp" -->
+<!-- #include file="includes/encoded.asp" -->
 <%
 Dim page_title, searched
 page_title = "Product search"
@@ -11,8 +12,12 @@ page_title = "Product search"
 joins the others. It comes and goes by the buttons of the grid. The icons in the captions filter by one column.</p>
 <%
 db.CreateSource "catalogue", _
-    "select products.name as Product, categories.name as Category, price as Price, stock as ""In stock"", added as ""New since"" " & _
+    "select products.name as Product, categories.name as Category, price as Price, stock as ""In stock"", added as ""New since"", " & _
+    EncodedText("products.name") & " as Product_shown, " & EncodedText("categories.name") & " as Category_shown " & _
     "from products join categories on categories.id = category_id where not discontinued order by products.name", "shop"
+
+' Search and sort order go by the columns themselves.
+ShowEncoded "catalogue", "Product,Category"
 With db.Source("catalogue")
     .Fields("Price").Format = "#,##0.00"
     .Fields("New since").Format = "d mmmm yyyy"

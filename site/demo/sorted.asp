@@ -2,6 +2,7 @@
 <% Option Explicit %>
 <!-- #include file="includes/shop.asp" -->
 <!-- #include file="includes/source.asp" -->
+<!-- #include file="includes/encoded.asp" -->
 <%
 Dim page_title
 page_title = "Price list"
@@ -12,9 +13,11 @@ up or down; each visitor keeps an own order.</p>
 <%
 db.ShowFilterIcons = False
 db.CreateSource "prices", _
-    "select products.name, categories.name as category, price, stock, added " & _
+    "select products.name, categories.name as category, price, stock, added, " & _
+    EncodedText("products.name") & " as name_shown, " & EncodedText("categories.name") & " as category_shown " & _
     "from products join categories on categories.id = category_id " & _
     "where not discontinued order by categories.name, price desc", "shop"
+ShowEncoded "prices", "name,category"
 With db.Source("prices")
     .Fields("name").Caption = "Product"
     .Fields("category").Caption = "Category"

@@ -4,7 +4,7 @@
 <!-- #include file="includes/source.asp" -->
 <!-- #include file="includes/encoded.asp" -->
 <%
-Const kTexts = "name,email,about"
+Const kTexts = "name,role,email,about"
 Dim page_title
 page_title = "Staff"
 %>

@@ -2,7 +2,7 @@
 
 import assert from 'node:assert/strict';
 import { execFileSync } from 'node:child_process';
-import { cpSync, mkdtempSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
+import { cpSync, mkdtempSync, readFileSync, readdirSync, rmSync, writeFileSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import { join } from 'node:path';
 import { test } from 'node:test';
@@ -21,6 +21,35 @@ test('every setting stands in the documentation and in the site with the same de
     const commented = new Map([...read('site/tabrixdb.toml').matchAll(/^#(\w+) = (.*?)(?:\s+#.*)?$/gm)].map(([, name, value]) => [name, value]));
     assert.deepEqual(documented.map(([name]) => name), [...commented.keys()]);
     for (const [name, value] of documented) assert.ok(commented.get(name).startsWith(value), name);
+});
+
+test('a page of the demo shows no text of the database as HTML', (t) => {
+    const folder = mkdtempSync(join(tmpdir(), 'tabrixdb-'));
+    t.after(() => rmSync(folder, { recursive: true, force: true }));
+    cpSync(join(root, 'site'), folder, { recursive: true, filter: (path) => !path.includes('shop.db') });
+    const run = (page, form) => execFileSync(program, ['run', join(folder, 'demo', page), ...(form ? ['--form', new URLSearchParams(form).toString()] : [])],
+        { encoding: 'utf8', stdio: 'pipe' });
+    run('default.asp');
+    const database = (input) => execFileSync('sqlite3', [join(folder, 'demo/data/shop.db')], { encoding: 'utf8', input });
+    database(database(`select 'pragma ignore_check_constraints = on;' union all
+        select 'update ' || tables.name || ' set ' || columns.name || ' = ''<i>"'' || ' || columns.name || ';'
+        from sqlite_master tables join pragma_table_info(tables.name) columns where tables.type = 'table' and (columns.type like '%char%' or columns.type = 'text')`));
+
+    const command = (grid, word, params = '') => ({ [`${grid}_command`]: word, [`${grid}_params`]: params });
+    const others = ['default.asp', 'error.asp', 'mail.asp', 'sales.asp'];  // they show no text of the database
+    for (const [page, form] of [
+        ...readdirSync(join(root, 'site/demo')).filter((file) => file.endsWith('.asp') && !others.includes(file)).map((file) => [file]),
+        ['controls.asp', command('workshops', 'edit_grid', 'workshops;edit;0')],
+        ['order.asp', command('sales', 'grid_offset', '1')],
+        ['prices.asp', command('pricing', 'edit_source', 'pricing;edit')],
+        ['search.asp', command('catalogue_list', 'filter_grid_source')],
+        ['staff.asp', command('staff', 'edit_source', 'staff;edit')],
+    ]) {
+        const html = run(page, form);
+        assert.match(html, /&lt;i(>|&gt;)/, page);
+        assert.doesNotMatch(html, page === 'smallest.asp' ? /<i>/ : /<i>|i>"/, page);
+    }
+    assert.match(run('order.asp', command('sales', 'grid_offset', '1')), /<form[^>]*"sale_lines"/);
 });
 
 /** The site of the first steps in a folder of its own: write(page) sets its page, run(options) gives what that writes. */
@@ -43,6 +72,9 @@ test('the first steps lead to a grid', (t) => {
     const { site, steps, write, run } = firstSteps(t);
     const [page, templated] = blocks(steps, 'asp');
     write(page);
+    run();
+    execFileSync('sqlite3', [join(site, 'data/library.db'), "insert into books (title) values ('<script>&amp;')"]);
+    assert.match(run(), /<b>&lt;script>&amp;amp;<\/b>/);
     assert.match(run(), /<b>Of tables and rows<\/b>.*<b>1998<\/b>.*<b>18\.5<\/b>/);
     writeFileSync(join(site, 'books.htm'), blocks(steps, 'html').find((code) => code.includes('content_start')));
     write(page.replace('db.CreateGrid "books", "books"\n', templated));
@@ -82,6 +114,10 @@ test('the grids of the documentation edit, search, feed each other and are fast'
     const adding = post({ editing_command: 'edit_source', editing_params: 'editing;add' });
     post({ editing_command: 'edit_source', editing_params: 'editing;addnew', editing_shown: shown(adding), title: 'New', price: '' });
     assert.deepEqual(stored(), ['1|Of tables and rows|18.5', '2|The query|25.5', '3|Joins in the rain|21.75', '4|New|']);
+    const script = post({ ...save, editing_params: 'editing;update;3', editing_shown: shown(post({ editing_command: 'edit_grid', editing_params: 'editing;edit;3' })), title_4: '<script>&amp;' });
+    assert.equal(stored()[3], '4|<script>&amp;|');
+    assert.equal(script.match(/&lt;script>&amp;amp;/g).length, 1);
+    assert.doesNotMatch(script, /<script>&/);
 
     const found = post({ shelf_command: 'filter_source', title: '%the%', title_operator: 'LIKE', year: '2010', year_operator: '>', year_andor: 'And' });
     assert.equal(found.match(/edit_grid\(\d+, 'editing','edit'\)/g).length, 1);

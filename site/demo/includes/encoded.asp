@@ -1,6 +1,6 @@
 <%
-' Rows show values as they are, as HTML. Text that visitors can edit is encoded by the query, for grids that edit it
-' in a second column.
+' Rows show values as they are, as HTML: a script in a value runs in the browser of everyone who sees the row. So the
+' query encodes every text, for grids that edit, sort or filter by it in a second column.
 
 ' For the query: a column as text of a page.
 Function EncodedText(column)
