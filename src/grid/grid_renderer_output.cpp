@@ -56,7 +56,7 @@ bool GridRenderer::is_guarded() const {
         return true;
     const auto& columns = source_->records().columns();
     return std::ranges::any_of(columns, [&](const platform::Column& column) {
-        return has_edit_buttons(source_->field_of(column.name).content);
+        return Offers(source_->field_of(column.name).content).mentioned();
     });
 }
 

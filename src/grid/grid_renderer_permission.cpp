@@ -138,10 +138,13 @@ std::string GridRenderer::question() const {
     const std::string& id = grid_.grid_id;
     std::string fields = carried(id + "_params", asked_.parameters) + carried(id + "_shown", shown_.text());
     std::string address = "?";
+    const auto is_control = [&](std::string_view name) {
+        return std::ranges::any_of(records().columns(), [&](const platform::Column& column) {
+            return is_control_of(name, column.name);
+        });
+    };
     for (const auto& [name, value] : request().query_parameters()) {
-        if (std::ranges::any_of(records().columns(), [&](const platform::Column& column) {
-                return is_control_of(name, column.name);
-            }))
+        if (is_control(name))
             fields += carried(name, value);
         else if (!equal_ignore_case(name, id + "_command") && !equal_ignore_case(name, id + "_params"))
             address += (address.size() > 1 ? "&" : "") + server().url_encode(name) + "=" +

@@ -1,9 +1,8 @@
 #include "grid/layout.h"
 
-#include "automation/text.h"
+#include "template/offers.h"
 
 #include <algorithm>
-#include <initializer_list>
 #include <utility>
 
 namespace tabrixdb {
@@ -48,24 +47,9 @@ GridLayout layout_of_parts(TemplateParts parts, std::string header, std::string 
     return layout;
 }
 
-bool has_edit_buttons(std::string_view text) {
-    const auto has = [&](std::string_view start, std::initializer_list<std::string_view> ends) {
-        for (std::size_t at = 0; (at = find_ignore_case(text, start, at)) != std::string_view::npos;) {
-            const std::string_view rest = text.substr(at += start.size());
-            if (std::ranges::any_of(ends, [&](std::string_view end) {
-                    return equal_ignore_case(rest.substr(0, end.size()), end);
-                }))
-                return true;
-        }
-        return false;
-    };
-    return has("#~btn_", {"edit", "update", "delete", "add"}) || has("edit_", {"grid(", "source"});
-}
-
 bool has_edit_buttons(const GridLayout& layout) {
     const std::string* const parts[] = {&layout.header, &layout.row, &layout.stripe, &layout.footer};
-    return std::ranges::any_of(
-        parts, [](const std::string* part) { return has_edit_buttons(std::string_view(*part)); });
+    return std::ranges::any_of(parts, [](const std::string* part) { return Offers(*part).mentioned(); });
 }
 
 } // namespace tabrixdb

@@ -27,7 +27,6 @@ GridLayout layout_of_template(TemplateParts parts, bool combine);
 GridLayout layout_of_parts(TemplateParts parts, std::string header, std::string footer, bool combine);
 
 // Whether there are buttons that change records.
-bool has_edit_buttons(std::string_view text);
 bool has_edit_buttons(const GridLayout& layout);
 
 } // namespace tabrixdb
