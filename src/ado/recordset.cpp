@@ -1,10 +1,13 @@
 #include "ado/recordset.h"
 
+#include "ado/expression.h"
 #include "ado/sql_words.h"
 #include "ado/values.h"
 #include "automation/array.h"
 #include "automation/conversions.h"
 #include "automation/text.h"
+
+#include <algorithm>
 
 namespace tabrixdb::ado {
 
@@ -163,6 +166,38 @@ void Recordset::set_filter(std::string_view expression) {
 void Recordset::set_sort(std::string_view expression) {
     result().set_sort(expression);
     sort_ = expression;
+}
+
+// Those of the names that `parse` adds which are columns.
+template <class Parse>
+std::vector<std::string> Recordset::columns_in(const Parse& parse) {
+    std::vector<std::string> names;
+    try {
+        parse([&](std::string_view name) {
+            const auto known = std::ranges::find_if(columns(), [&](const platform::Column& column) {
+                return equal_ignore_case(column.name, name);
+            });
+            if (known != columns().end())
+                names.push_back(known->name);
+        });
+    } catch (const Error&) { // for who sets the expression
+    }
+    return names;
+}
+
+std::vector<std::string> Recordset::columns_in_filter(std::string_view expression) {
+    return columns_in([&](const auto& add) {
+        for (const auto& clauses : parse_filter(expression).alternatives)
+            for (const Clause& clause : clauses)
+                add(clause.name);
+    });
+}
+
+std::vector<std::string> Recordset::columns_in_sort(std::string_view expression) {
+    return columns_in([&](const auto& add) {
+        for (const SortTerm& term : parse_sort(expression))
+            add(term.name);
+    });
 }
 
 std::string Recordset::get_string(std::int32_t rows, std::string_view column_delimiter,

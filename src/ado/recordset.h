@@ -61,6 +61,8 @@ public:
 
     void set_filter(std::string_view expression) override;
     void set_sort(std::string_view expression) override;
+    std::vector<std::string> columns_in_filter(std::string_view expression) override;
+    std::vector<std::string> columns_in_sort(std::string_view expression) override;
 
     std::int32_t page_size() const override { return page_size_; }
 
@@ -102,6 +104,8 @@ public:
                            std::string_view row_delimiter, std::string_view null_text) override;
 
 private:
+    template <class Parse>
+    std::vector<std::string> columns_in(const Parse& parse);
     // Error 3704 when closed.
     Result& result() const;
     void require_closed() const;

@@ -74,7 +74,7 @@ void keep_filter(const std::string& id, const std::string& expression) {
 bool may_filter(const Pro& pro, const DbSource& source, const std::string& id) {
     const std::string form = GridState(session(), id).text(kFormColumns);
     return std::ranges::all_of(
-        named_columns(source.posted_filter, source.records().columns()), [&](const std::string& column) {
+        source.records().columns_in_filter(source.posted_filter), [&](const std::string& column) {
             return lists_column(form, column) || lists_column(pro.filter_columns, column);
         });
 }

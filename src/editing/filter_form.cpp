@@ -68,7 +68,7 @@ bool take_filter(const Pro& pro, const std::string& id, std::string_view templat
         return false;
     const auto& columns = source->records().columns();
     const std::string listed = columns_of(read_template(template_path, true), columns);
-    for (const std::string& column : named_columns(source->posted_filter, columns))
+    for (const std::string& column : source->records().columns_in_filter(source->posted_filter))
         if (!lists_column(listed, column) && !lists_column(pro.filter_columns, column)) {
             platform::Host::current().log(
                 request().server_variable("URL") + ": the filter form of " + id +

@@ -15,6 +15,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tabrixdb {
 
@@ -62,8 +63,8 @@ private:
     void deny(Change change);
     void check_record(Change change);
     void judge_sort();
-    std::string hidden_column(std::string_view expression);
-    bool may_name(std::string_view expression);
+    std::string hidden_column(const std::vector<std::string>& columns);
+    bool may_name(const std::vector<std::string>& columns);
     bool takes_posted_filter();
     std::string question() const;
 

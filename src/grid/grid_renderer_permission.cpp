@@ -157,18 +157,18 @@ std::string GridRenderer::question() const {
 
 // --- Sort and filter -----------------------------------------------------------------------------------
 
-// The first column that an expression of a visitor's names, and that neither the grid nor the filter form of
-// its source shows; "" when there is none.
-std::string GridRenderer::hidden_column(std::string_view expression) {
+// The first of the columns that neither the grid nor the filter form of its source shows; "" when there is
+// none.
+std::string GridRenderer::hidden_column(const std::vector<std::string>& columns) {
     const std::string form = GridState(session(), grid_.source_id).text(kFormColumns);
-    for (const std::string& column : named_columns(expression, records().columns()))
+    for (const std::string& column : columns)
         if (!lists_column(form, column) && !text().has_column(column))
             return column;
     return {};
 }
 
-bool GridRenderer::may_name(std::string_view expression) {
-    const std::string column = hidden_column(expression);
+bool GridRenderer::may_name(const std::vector<std::string>& columns) {
+    const std::string column = hidden_column(columns);
     if (column.empty())
         return true;
     edited_.refusal = "This page can not be sorted or searched by " + html_encode(column) + ".";
@@ -183,16 +183,17 @@ void GridRenderer::judge_sort() {
     if (posted.empty())
         return;
     state_.set(kPostedSort, "");
-    if (posted == state_.text("_Sort") && !may_name(posted))
+    if (posted == state_.text("_Sort") && !may_name(records().columns_in_sort(posted)))
         state_.set("_Sort", "");
 }
 
 // Whether the posted filter of this grid is taken up; takes up that of its source, where only this grid can
 // say that it may be.
 bool GridRenderer::takes_posted_filter() {
-    if (!source_->posted_filter.empty() && hidden_column(source_->posted_filter).empty())
+    if (!source_->posted_filter.empty() &&
+        hidden_column(records().columns_in_filter(source_->posted_filter)).empty())
         take_posted_filter(*source_, grid_.source_id);
-    return command_.word != "filter_grid" || may_name(command_.parameters);
+    return command_.word != "filter_grid" || may_name(records().columns_in_filter(command_.parameters));
 }
 
 } // namespace tabrixdb

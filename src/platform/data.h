@@ -127,6 +127,10 @@ public:
 
     virtual void set_filter(std::string_view expression) = 0; // "" removes it
     virtual void set_sort(std::string_view expression) = 0;   // "" restores the source's order
+    // The names of the columns that a filter or sort expression is about. None for one that set_filter() or
+    // set_sort() can't read.
+    virtual std::vector<std::string> columns_in_filter(std::string_view expression) = 0;
+    virtual std::vector<std::string> columns_in_sort(std::string_view expression) = 0;
 
     virtual std::int32_t page_size() const = 0;
     virtual void set_page_size(std::int32_t rows) = 0;
