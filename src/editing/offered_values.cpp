@@ -69,17 +69,14 @@ bool is_same(std::string_view offered, std::string_view posted) {
     return at == posted.size();
 }
 
-// What stands in an attribute of a tag; nothing when it has none.
-bool attribute(std::string_view tag, std::string_view name, std::string_view& value) {
-    const std::size_t at = find_ignore_case(tag, " " + std::string(name) + "=");
-    if (at == kNone)
-        return false;
-    value = tag.substr(at + name.size() + 2);
-    const bool quoted = value.starts_with('"') || value.starts_with('\'');
-    const char quote = quoted ? value[0] : ' ';
-    value.remove_prefix(quoted ? 1 : 0);
-    value = value.substr(0, quoted ? value.find(quote) : value.find_first_of(" \t\r\n>"));
-    return true;
+// Where text ends: before a tag, for which a browser takes "<" only with a letter, "/" or "!" behind it.
+std::size_t text_end(std::string_view html, std::size_t from) {
+    for (std::size_t at = from; (at = html.find('<', at)) != kNone; ++at) {
+        const char next = at + 1 < html.size() ? html[at + 1] : ' ';
+        if ((next >= 'a' && next <= 'z') || (next >= 'A' && next <= 'Z') || next == '/' || next == '!')
+            return at;
+    }
+    return html.size();
 }
 
 // The values that the entries of a list post.
@@ -89,9 +86,9 @@ std::vector<std::string> entries(std::string_view view) {
     for (std::size_t at = 0; (at = find_ignore_case(view, kOption, at)) != kNone;) {
         const std::size_t end = std::min(view.find('>', at), view.size());
         const std::string_view tag = view.substr(at, end - at);
-        const std::size_t close = std::min(view.find('<', end), view.size());
+        const std::size_t close = text_end(view, end);
         std::string_view value;
-        if (attribute(tag, "value", value))
+        if (read_attribute(tag, "value", value))
             values.push_back(decoded(value));
         else if (end < close)
             values.push_back(collapsed(decoded(view.substr(end + 1, close - end - 1))));
@@ -109,7 +106,10 @@ bool has_value(const std::vector<std::string>& offered, std::string_view posted)
 bool is_listed(const DbField& field, FormMode mode, std::string_view posted) {
     std::vector<std::string> offered = entries(field.view(mode));
     // The empty entry that leads each list takes the place of a value that is not in it, and is no offer.
-    if (!offered.empty() && offered.front().empty())
+    constexpr std::string_view kLeading = "<option></option>";
+    const std::string_view view = field.view(mode);
+    if (const std::size_t first = find_ignore_case(view, "<option");
+        first != kNone && equal_ignore_case(view.substr(first, kLeading.size()), kLeading))
         offered.erase(offered.begin());
     return has_value(offered, posted) || has_value(offered, collapsed(posted));
 }

@@ -80,7 +80,8 @@ void GridText::read_contents(const DbSource& source) {
 
 void GridText::find_offers(const Pro& pro, const DbSource& source) {
     offers_ = Offers(text_);
-    code_offers_ = Offers(code_ + source.records().source());
+    code_offers_ =
+        Offers(code_ + source.records().source() + (pro.script && !code_.empty() ? pro.script->code() : ""));
     // The page's own buttons, by what they stand for.
     const Collection& pairs = *pro.header_footer_tags;
     for (std::int32_t i = 1; i <= pairs.count(); ++i) {

@@ -83,6 +83,9 @@ public:
     // The same with variables that the expression names: `values[i]` is kValueName followed by i.
     virtual Variant eval_with(std::string_view expression, const std::vector<Variant>& values) = 0;
 
+    // The text of the code that the page has added, as far as the host knows it.
+    virtual std::string code() const { return {}; }
+
     static constexpr std::string_view kValueName = "TabrixDb_Value_";
 };
 

@@ -13,6 +13,8 @@ namespace {
 
 constexpr std::int32_t kErrorInvalidValue = 380;
 constexpr std::int32_t kErrorBusy = 17;
+// Bytes of added code that are told again: a page adds some functions, and not a loop full.
+constexpr std::size_t kMaxCode = 65536;
 // Arguments that Run passes on; procedures have a few.
 constexpr std::size_t kMaxRunArguments = 32;
 
@@ -152,6 +154,8 @@ Variant ScriptControl::eval_with(std::string_view expression, const std::vector<
 }
 
 void ScriptControl::run_code(const std::string& code) {
+    if (code_.size() + code.size() < kMaxCode)
+        code_ += code + "\n";
     guarded([&](vbscript::Machine& machine) {
         machine.run(vbscript::compile(vbscript::Source::of_code(code)));
         return Variant();
@@ -189,6 +193,7 @@ void ScriptControl::reset() {
         throw own_error(kErrorBusy);
     machine_.reset();
     error_->clear();
+    code_.clear();
 }
 
 } // namespace tabrixdb::scripting

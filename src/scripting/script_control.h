@@ -57,6 +57,8 @@ public:
     // compiled once, whatever the values.
     Variant eval_with(std::string_view expression, const std::vector<Variant>& values) override;
 
+    std::string code() const override { return code_; }
+
     // Milliseconds for one call; kNoTimeout: as long as the page may. Error 380 for other negative ones.
     void set_timeout(std::int32_t milliseconds);
 
@@ -119,6 +121,7 @@ private:
     std::int32_t window_ = 0; // likewise
     std::int32_t timeout_ = kDefaultTimeout;
     std::int32_t state_ = 0;
+    std::string code_; // that was added, at most kMaxCode of it
     Ref<ScriptControlError> error_ = make_ref<ScriptControlError>();
     EmptyWorld world_{*this};
     Interrupt interrupt_{Interrupt::InsideRun()};

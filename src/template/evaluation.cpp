@@ -31,12 +31,30 @@ std::string released(std::string_view text, const HeldValues& held) {
     return out;
 }
 
-Variant evaluate(Pro& pro, std::string_view expression, const HeldValues& held) {
+// Whether a value in a text could have brought a tag or a call of a button: beside it none is the page's.
+bool brings_signs(std::string_view text, const HeldValues& held) {
+    for (std::size_t at = 0; (at = text.find(SlottedText::kMark, at)) != kNotFound; ++at)
+        if (const auto mark = SlottedText::mark_at(text, at); mark && held.has(mark->slot)) {
+            if (HeldValues::has_signs(held.at(mark->slot).text))
+                return true;
+            at = mark->end - 1;
+        }
+    return false;
+}
+
+struct Result {
+    Variant value;
+    std::string code; // whose tags in the result are the page's
+};
+
+Result evaluate(Pro& pro, std::string_view expression, const HeldValues& held) {
+    platform::ScriptControl& script = script_of(pro);
     if (held.trusted())
-        return value_of(script_of(pro).eval(expression));
+        return {value_of(script.eval(expression)), {}};
     const BoundCode bound = bind_expression(expression, held);
-    return value_of(bound.values.empty() ? script_of(pro).eval(bound.text)
-                                         : script_of(pro).eval_with(bound.text, bound.values));
+    const Variant value =
+        value_of(bound.values.empty() ? script.eval(bound.text) : script.eval_with(bound.text, bound.values));
+    return {value, brings_signs(expression, held) ? std::string() : std::string(expression) + script.code()};
 }
 
 // Replaces the evaluation tags that are the same, with their values, as `tag` is.
@@ -69,12 +87,12 @@ void parse_evaluation(Pro& pro, std::string& text, HeldValues& held) {
         const std::string tag = text.substr(from, to + kEvaluationEnd.size() - from);
         const std::string expression =
             tag.substr(kEvaluationTag.size(), tag.size() - kEvaluationTag.size() - kEvaluationEnd.size());
-        const Variant value = evaluate(pro, expression, held);
+        const auto [value, code] = evaluate(pro, expression, held);
         const std::string result = value.is_null() ? std::string() : to_text(value).str();
         if (held.trusted())
             fill_tag(text, tag, result);
         else
-            fill_repetitions(text, tag, held.hold_result(result, expression), held);
+            fill_repetitions(text, tag, held.hold_result(result, code), held);
     });
 }
 

@@ -15,6 +15,9 @@ namespace {
 // What a call of a button's function begins with.
 constexpr std::string_view kCallStart = "edit_";
 
+// Bytes of a tag's name; what is longer is none.
+constexpr std::size_t kLongestName = 256;
+
 struct Span {
     std::size_t from, to;
 };
@@ -32,12 +35,16 @@ bool is_page_tag(std::string_view name) {
 std::vector<Span> page_words(std::string_view text, std::string_view code) {
     constexpr std::string_view kStart = "#~", kEnd = "~#";
     std::vector<Span> words;
+    if (code.empty())
+        return words;
     for (std::size_t at = 0; (at = text.find(kStart, at)) != std::string_view::npos;) {
-        const std::size_t name = at + kStart.size(), end = text.find(kEnd, name);
-        if (end == std::string_view::npos)
-            break;
-        const std::string_view tag = text.substr(at, end + kEnd.size() - at);
-        const bool is_pages = is_page_tag(text.substr(name, end - name)) && contains_ignore_case(code, tag);
+        const std::size_t name = at + kStart.size();
+        const std::string_view near = text.substr(name, kLongestName);
+        const std::size_t size = near.find(kEnd);
+        const std::string_view tag =
+            text.substr(at, size == near.npos ? 0 : kStart.size() + size + kEnd.size());
+        const bool is_pages =
+            !tag.empty() && is_page_tag(near.substr(0, size)) && contains_ignore_case(code, tag);
         if (is_pages)
             words.push_back({at, at + tag.size()});
         at = is_pages ? at + tag.size() : name;
@@ -85,6 +92,10 @@ std::string HeldValues::hold_result(std::string text, std::string_view code) {
     }
     mask_to(text.size());
     return out;
+}
+
+bool HeldValues::has_signs(std::string_view text) {
+    return text.find('~') != std::string_view::npos || contains_ignore_case(text, kCallStart);
 }
 
 std::string HeldValues::hold_marks(std::string text) {

@@ -30,6 +30,8 @@ public:
     // and addresses in it that stand word for word in `code` are the page's and stay in sight; everything
     // else is no tag.
     std::string hold_result(std::string text, std::string_view code);
+    // Whether a text could be, or make, a tag or a call of a button.
+    static bool has_signs(std::string_view text);
     // The same for a text of the page, in which a character could be taken for a mark.
     std::string hold_marks(std::string text);
 

@@ -16,6 +16,10 @@ constexpr std::string_view kTagStart = "#~btn_";
 constexpr std::string_view kPointerStart = "#~record_pointer_";
 constexpr std::string_view kTagEnd = "~#";
 
+// Bytes of a tag's name, and of a call's arguments: what is longer is neither, and a value that begins many
+// of them costs no more than its length.
+constexpr std::size_t kLongestName = 256, kLongestArguments = 512;
+
 struct Word {
     std::string_view name;
     Change change;
@@ -58,8 +62,9 @@ bool has_word(std::string_view text, std::string_view word) {
 // argument, a word of its own.
 void add_call(std::vector<Button>& found, std::string_view text, std::size_t at,
               std::span<const Word> actions) {
-    const std::size_t open = text.find('(', at), close = text.find(')', at);
-    Button call{.from = at, .to = std::min(close, text.size())};
+    const std::string_view near = text.substr(0, std::min(text.size(), at + kLongestArguments));
+    const std::size_t open = near.find('(', at), close = near.find(')', at);
+    Button call{.from = at, .to = std::min(close, near.size())};
     if (open < close && close != kNone) {
         const std::string_view arguments = text.substr(open + 1, close - open - 1);
         const std::size_t comma = arguments.rfind(',');
@@ -73,7 +78,8 @@ void add_call(std::vector<Button>& found, std::string_view text, std::size_t at,
 }
 
 void add_tag(std::vector<Button>& found, std::string_view text, std::size_t at, std::size_t name_at) {
-    const std::size_t end = text.find(kTagEnd, name_at);
+    const std::size_t end =
+        text.substr(0, std::min(text.size(), name_at + kLongestName)).find(kTagEnd, name_at);
     if (end == kNone)
         return;
     Button tag{.from = at, .to = end + kTagEnd.size(), .is_tag = true};

@@ -190,15 +190,32 @@ bool shows_content(const DbField& field, FormMode mode) {
     return field.view(mode) == kNoView || kind == "UPLOADDB" || kind == "UPLOADDBIMAGE";
 }
 
+bool read_attribute(std::string_view tag, std::string_view name, std::string_view& value) {
+    const std::size_t at = find_ignore_case(tag, " " + std::string(name) + "=");
+    if (at == std::string_view::npos)
+        return false;
+    value = tag.substr(at + name.size() + 2);
+    const bool quoted = value.starts_with('"') || value.starts_with('\'');
+    const char quote = quoted ? value[0] : ' ';
+    value.remove_prefix(quoted ? 1 : 0);
+    value = value.substr(0, quoted ? value.find(quote) : value.find_first_of(" \t\r\n>"));
+    return true;
+}
+
 std::vector<std::string> box_values(const DbSource& source, const DbField& field, FormMode mode) {
     const std::string& kind = field.view_kind(mode);
     const std::string& view = field.view(mode);
     std::vector<std::string> values;
+    const auto add_value_of = [&](std::string_view box) {
+        std::string_view value;
+        read_attribute(box, "value", value);
+        values.emplace_back(value);
+    };
     if (kind == "CHECKBOX")
-        values.emplace_back(value_of_control(view));
+        add_value_of(view);
     if (kind == "CHOICE" || kind == "CHECKBOX_LIST")
         for (const std::string& item : check_list(field))
-            values.emplace_back(value_of_control(item));
+            add_value_of(item);
     if (kind == "GETCHOICE_FROMFIELD" || kind == "GETCHECKBOX_FROMFIELD")
         for (const std::string& items = items_of_record(trimmed(view), source);
              const auto item : split(items, ','))

@@ -20,6 +20,9 @@ struct ShownValue {
 // Whether a mode's control shows the content, so that there is no need to make it for others.
 bool shows_content(const DbField& field, FormMode mode);
 
+// What stands in an attribute of an HTML tag, in quotes or without; false when it has none of that name.
+bool read_attribute(std::string_view tag, std::string_view name, std::string_view& value);
+
 // The values that the boxes of a control post when they are checked, for the source's current record. Nothing
 // for a control of another kind.
 std::vector<std::string> box_values(const DbSource& source, const DbField& field, FormMode mode);

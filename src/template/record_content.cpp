@@ -5,9 +5,31 @@
 
 namespace tabrixdb {
 
+namespace {
+
+// The texts between the quotes of a query that have buttons in them.
+std::vector<std::string> literals_with_buttons(std::string_view query) {
+    std::vector<std::string> found;
+    for (std::size_t at = 0; (at = query.find_first_of("'\"", at)) < query.size();) {
+        const char quote = query[at++];
+        std::string text;
+        while (at < query.size() &&
+               (query[at] != quote || (at + 1 < query.size() && query[at + 1] == quote))) {
+            at += query[at] == quote;
+            text += query[at++];
+        }
+        ++at;
+        if (!buttons_in(text).empty())
+            found.push_back(std::move(text));
+    }
+    return found;
+}
+
+} // namespace
+
 RecordContent::RecordContent(Pro& pro, const DbSource& source, NestedGrids& nested) {
-    if (std::string query = source.records().source(); !buttons_in(query).empty())
-        query_ = std::move(query);
+    if (const std::string query = source.records().source(); !buttons_in(query).empty())
+        literals_ = literals_with_buttons(query);
     const std::size_t count = source.records().columns().size();
     values_.reserve(count);
     for (std::size_t i = 0; i < count; ++i)
@@ -33,8 +55,24 @@ void RecordContent::append_plain(std::string& out, std::size_t column, HeldValue
         return value.append(out);
     std::string text;
     value.append(text);
-    out += brings_buttons(column) ? held->hold_result(std::move(text), query_)
+    out += brings_buttons(column) ? held->hold_result(text, code_in(text))
                                   : held->hold({std::move(text), value.name()});
+}
+
+// The query's own texts that stand whole in a value which it has made; none where a stored value of the
+// record could have brought them.
+std::string RecordContent::code_in(std::string_view text) const {
+    std::string stored;
+    for (const ColumnValue& value : values_)
+        if (!value.is_computed())
+            value.append_plain(stored);
+    std::string code;
+    if (HeldValues::has_signs(stored))
+        return code;
+    for (const std::string& literal : literals_)
+        if (text.find(literal) != text.npos)
+            code += literal;
+    return code;
 }
 
 } // namespace tabrixdb

@@ -38,11 +38,15 @@ public:
 
 private:
     // Whether the source's query may have made buttons that are the page's.
-    bool brings_buttons(std::size_t column) const { return !query_.empty() && values_[column].is_computed(); }
+    bool brings_buttons(std::size_t column) const {
+        return !literals_.empty() && values_[column].is_computed();
+    }
+
+    std::string code_in(std::string_view text) const;
 
     void append_plain(std::string& out, std::size_t column, HeldValues* held) const;
 
-    std::string query_; // of the source, when it has buttons in it
+    std::vector<std::string> literals_; // of the source's query, those that have buttons in them
     std::vector<ColumnValue> values_;
     std::vector<std::optional<ContentTemplate>> templates_;
 };
