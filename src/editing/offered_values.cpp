@@ -114,18 +114,20 @@ bool is_listed(const DbField& field, FormMode mode, std::string_view posted) {
     return has_value(offered, posted) || has_value(offered, collapsed(posted));
 }
 
-// A box that is not checked posts nothing, and so do buttons of which none is.
-bool is_choice(std::vector<std::string> offered, std::string_view posted) {
+// A box that is not checked posts nothing, and so do buttons of which none is. `several`: boxes that post
+// together.
+bool is_choice(std::vector<std::string> offered, std::string_view posted, bool several) {
     for (std::string& value : offered) {
         value = decoded(trimmed(value));
         // A box without a value of its own has all that follows up to the next quote.
         if (value.find('>') != std::string::npos && posted.starts_with("ON"))
             return true;
     }
+    if (trimmed(posted).empty() || has_value(offered, trimmed(posted)))
+        return true;
     const std::vector<std::string_view> parts = split(posted, ',');
-    return has_value(offered, trimmed(posted)) || std::ranges::all_of(parts, [&](std::string_view part) {
-               return trimmed(part).empty() || has_value(offered, trimmed(part));
-           });
+    return several && std::ranges::all_of(
+                          parts, [&](std::string_view part) { return has_value(offered, trimmed(part)); });
 }
 
 } // namespace
@@ -148,7 +150,8 @@ bool is_offered(const DbSource& source, const DbField& field, FormMode mode, std
     const std::string& kind = field.view_kind(mode);
     if (kind == "SELECT")
         return is_listed(field, mode, posted);
-    return !is_check_kind(kind) || is_choice(box_values(source, field, mode), posted);
+    const bool several = kind == "CHECKBOX_LIST" || kind == "GETCHECKBOX_FROMFIELD";
+    return !is_check_kind(kind) || is_choice(box_values(source, field, mode), posted, several);
 }
 
 } // namespace tabrixdb
