@@ -37,6 +37,10 @@ void write(const Edit& edit, Write operation) {
     } catch (const Error& error) {
         if (!edit.shown.is_posted())
             throw InputError(error);
+        // The visitor reads it in the grid; a full disk is the administrator's to know.
+        platform::Host::current().log(request().server_variable("URL") + ": grid " + edit.state.grid() +
+                                      ": nothing was " + std::string(intent(edit)) + ": " +
+                                      error.description());
         throw not_written(error.description(), intent(edit));
     }
 }
