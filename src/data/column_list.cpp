@@ -1,4 +1,4 @@
-#include "data/named_columns.h"
+#include "data/column_list.h"
 
 #include "automation/text.h"
 

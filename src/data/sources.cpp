@@ -3,8 +3,8 @@
 #include "automation/conversions.h"
 #include "automation/operators.h"
 #include "automation/text.h"
+#include "data/column_list.h"
 #include "data/filter_values.h"
-#include "data/named_columns.h"
 #include "engine/grid_state.h"
 #include "engine/report.h"
 

@@ -1,7 +1,7 @@
 #include "editing/filter_form.h"
 
 #include "automation/text.h"
-#include "data/named_columns.h"
+#include "data/column_list.h"
 #include "data/sources.h"
 #include "engine/fill_tag.h"
 #include "engine/grid_state.h"

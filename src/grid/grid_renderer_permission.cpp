@@ -1,6 +1,6 @@
 #include "automation/conversions.h"
 #include "automation/text.h"
-#include "data/named_columns.h"
+#include "data/column_list.h"
 #include "data/sources.h"
 #include "editing/refusal.h"
 #include "engine/report.h"

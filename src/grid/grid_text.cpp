@@ -3,7 +3,7 @@
 #include "automation/array.h"
 #include "automation/conversions.h"
 #include "automation/text.h"
-#include "data/named_columns.h"
+#include "data/column_list.h"
 #include "engine/report.h"
 #include "grid/plain_template.h"
 #include "template/column_tag.h"

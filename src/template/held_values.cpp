@@ -110,8 +110,7 @@ void HeldValues::release(std::string& text) const {
         return;
     std::string out;
     SlottedText(text).append(out, [this](int slot, std::string& to) {
-        if (has(slot))
-            to += at(slot).text;
+        to += has(slot) ? at(slot).text : SlottedText::mark(slot);
         if (to.size() > kMaxFilledBytes)
             throw Error(14);
         return true;
